@@ -1,0 +1,13 @@
+// The whole public interface.
+#pragma once
+
+#include "tessaro/audio_t.h"
+#include "tessaro/failure.h"
+#include "tessaro/game_maps.h"
+#include "tessaro/iphone_settings.h"
+#include "tessaro/palette.h"
+#include "tessaro/types.h"
+#include "tessaro/user_interface.h"
+#include "tessaro/version.h"
+#include "tessaro/vga_graph.h"
+#include "tessaro/vswap.h"

@@ -1,0 +1,22 @@
+// The types in which items cross the public interface.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tessaro {
+
+/// A zero-based array of unsigned bytes; most items cross the interface in this form.
+using ByteArray = std::vector<std::uint8_t>;
+
+/// Raised once for each item written; `Chunk` counts from 1.
+using SaveStatusEvent = std::function<void(std::int32_t Chunk, std::int32_t TotalChunks)>;
+/// Raised once when an item cannot be written.
+using SaveErrorEvent =
+    std::function<void(std::int32_t Chunk, const std::string& ErrorDescription)>;
+/// Raised exactly once at the end of every save that began.
+using SaveCompleteEvent = std::function<void(bool Success)>;
+
+}  // namespace tessaro
