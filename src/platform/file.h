@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tessaro/failure.h"
 #include "tessaro/types.h"
 
 namespace tessaro {
@@ -56,7 +57,11 @@ private:
         void operator()(std::FILE* handle) const { std::fclose(handle); }
     };
     std::unique_ptr<std::FILE, Closer> handle_;
+    enum class Last { Neither, Read, Write };
+    void Prepare(Last next);
+
     std::string path_;
+    Last last_ = Last::Neither;
     bool writing_ = false;
 };
 
@@ -88,10 +93,18 @@ bool SameName(std::string_view a, std::string_view b);
 std::string UpperCase(std::string_view text);
 
 /// What the file layer is about to do, for tests that make it fail.
-enum class FileOperation { Open, Read, Write, Close, Delete, Copy, Move, CreateFolder };
+enum class FileOperation { Open, Read, Write, Close, Delete, Move, CreateFolder };
 
 /// Called before each operation of the calling thread; what it throws is the operation's failure.
 /// Null removes it.
 void SetFileOperationHook(std::function<void(FileOperation, const std::string& path)> hook);
+void CallFileOperationHook(FileOperation operation, const std::string& path);
+
+/// What the system's last error means, as the failure of an operation on `path`.
+Failure FailureFromErrno(int error, const std::string& path);
+/// The name under which `path` really exists, where it differs in case; else `path` itself.
+std::string ResolveCase(const std::string& path);
+/// Whether a name matches a pattern with `*` and `?`, without regard to case.
+bool MatchesPattern(std::string_view name, std::string_view pattern);
 
 }  // namespace tessaro

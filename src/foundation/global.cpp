@@ -1,0 +1,151 @@
+#include "foundation/global.h"
+
+#include <array>
+#include <cstdio>
+#include <utility>
+
+#include "foundation/guard.h"
+#include "foundation/store.h"
+#include "platform/file.h"
+#include "platform/system.h"
+
+namespace tessaro::modGlobal {
+namespace {
+
+std::string BackupPath(const std::string& fileName, std::int32_t number) {
+    std::string path = JoinPath(SharedStore().backupFolder, fileName);
+    if (number >= 1) {
+        std::array<char, 16> suffix{};
+        std::snprintf(suffix.data(), suffix.size(), ".%03d", static_cast<int>(number));
+        path += suffix.data();
+    }
+    return path;
+}
+
+void AppendToLog(std::string_view procedure, const Failure& failure) {
+    std::string entry = "Date/Time: " + LocalTimestamp() + "\r\n";
+    entry.append("Procedure: ").append(procedure) += "\r\n";
+    entry += "Error number: " + std::to_string(failure.Number) + "\r\n";
+    if (failure.Line > 0)
+        entry += "Line: " + std::to_string(failure.Line) + "\r\n";
+    entry += "Description: " + failure.Description + "\r\n";
+    entry += std::string(52, '-') + "\r\n";
+
+    File log(JoinPath(SharedStore().appPath, "Error.log"), FileMode::Update);
+    log.Seek(log.Size());
+    log.Write({reinterpret_cast<const std::uint8_t*>(entry.data()), entry.size()});
+    log.Close();
+}
+
+}  // namespace
+
+void SetErrorState(const Failure& failure) {
+    SharedStore().errorState = failure;
+}
+
+void ReportError(std::string_view procedure) {
+    const Failure failure = SharedStore().errorState;
+    std::string message = "Error " + std::to_string(failure.Number) + " in ";
+    message += procedure;
+    if (failure.Line > 0)
+        message += " at line " + std::to_string(failure.Line);
+    message += ": " + failure.Description;
+    const std::string title = std::string(procedure) + " Error";
+
+    std::int32_t style = mbCritical | mbOKOnly;
+    std::string helpFile;
+    std::int32_t helpContext = 0;
+    if (const std::int32_t family = failure.Number / 100; family >= 14 && family <= 16) {
+        const std::string candidate = JoinPath(LibraryFolder(), "KZR.chm");
+        if (FileExists(candidate)) {
+            style |= mbHelpButton;
+            helpFile = candidate;
+            helpContext = failure.Number;
+        }
+    }
+    CurrentUserInterface().MsgBox(message, style, title, helpFile, helpContext);
+    AppendToLog(procedure, failure);
+    SharedStore().errorState = Failure(0, "");
+}
+
+void EnsureBackupFolder() {
+    if (!FolderExists(SharedStore().backupFolder))
+        CreateFolder(SharedStore().backupFolder);
+}
+
+std::int32_t NextBackupNumber(const std::vector<std::string>& fileNames) {
+    for (std::int32_t number = 1;; ++number) {
+        bool taken = false;
+        for (const std::string& name : fileNames)
+            taken = taken || FileExists(BackupPath(name, number));
+        if (!taken)
+            return number;
+    }
+}
+
+bool BackupFile(const std::string& path, std::int32_t number) {
+    try {
+        if (!FileExists(path))
+            return false;
+        EnsureBackupFolder();
+        const std::string backup = BackupPath(FileNameFromPath(path, false), number);
+        if (FileExists(backup)) {
+            if (number >= 1) {
+                SharedStore().errorState.Description = "Bad backup number!";
+                ReportError("modGlobal.BackupFile");
+                return false;
+            }
+            DeleteFileAt(backup);
+        }
+        CopyFileTo(path, backup);
+        if (FileExists(path))
+            DeleteFileAt(path);
+        return true;
+    } catch (...) {
+        Failure failure = CurrentFailure();
+        failure.Description =
+            "Folder: " + SharedStore().backupFolder + "\r\n\r\n" + failure.Description;
+        SetErrorState(failure);
+    }
+    ReportError("modGlobal.BackupFile");
+    return false;
+}
+
+bool RestoreFile(const std::string& path, std::int32_t number) {
+    return Guarded("modGlobal.RestoreFile", [&] {
+        if (!FileExists(path))
+            return false;
+        EnsureBackupFolder();
+        const std::string backup = BackupPath(FileNameFromPath(path, false), number);
+        if (!FileExists(backup))
+            return false;
+        DeleteFileAt(path);
+        CopyFileTo(backup, path);
+        DeleteFileAt(backup);
+        return true;
+    });
+}
+
+std::string FileNameFromPath(std::string_view path, bool dropExtension) {
+    const std::size_t separator = LastSeparator(path);
+    std::string name(separator == std::string_view::npos ? path : path.substr(separator + 1));
+    if (dropExtension) {
+        const std::size_t point = name.find('.');
+        if (point == std::string::npos)  // the length to keep would be negative
+            throw Failure(kInvalidProcedureCall);
+        name.resize(point);
+    }
+    return name;
+}
+
+std::string OutputPath(const std::string& inputPath) {
+    const Store& store = SharedStore();
+    if (store.outputFolder.empty())
+        throw Failure(kPathNotFound, "No output folder is set.");
+    if (store.compileExtension.empty())
+        throw Failure(kBadFileNameOrNumber, "No compile extension is set.");
+    return JoinPath(store.outputFolder,
+                    FileNameFromPath(inputPath, true) + "." + store.compileExtension);
+}
+
+}  // namespace tessaro::modGlobal

@@ -1,0 +1,24 @@
+#include "foundation/guard.h"
+
+#include <new>
+#include <stdexcept>
+
+namespace tessaro {
+
+Failure CurrentFailure() {
+    try {
+        throw;
+    } catch (const Failure& failure) {
+        return failure;
+    } catch (const std::bad_alloc&) {
+        return Failure(kOutOfMemory);
+    } catch (const std::length_error&) {
+        return Failure(kOutOfMemory);
+    } catch (const std::exception& exception) {
+        return Failure(0, exception.what());
+    } catch (...) {
+        return Failure(0, "Unknown failure");
+    }
+}
+
+}  // namespace tessaro
