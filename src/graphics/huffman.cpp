@@ -1,0 +1,280 @@
+#include "graphics/huffman.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+#include "graphics/huffman_tables.h"
+
+namespace tessaro {
+namespace {
+
+std::uint64_t Load64(const std::uint8_t* bytes) {
+    std::uint64_t value;
+    std::memcpy(&value, bytes, 8);
+    if constexpr (std::endian::native == std::endian::big)
+        value = __builtin_bswap64(value);
+    return value;
+}
+
+void Store64(std::uint8_t* bytes, std::uint64_t value) {
+    if constexpr (std::endian::native == std::endian::big)
+        value = __builtin_bswap64(value);
+    std::memcpy(bytes, &value, 8);
+}
+
+unsigned SymbolCount(DecodeStep step) {
+    return static_cast<unsigned>(step >> 48) & 0xFF;
+}
+unsigned BitCount(DecodeStep step) {
+    return static_cast<unsigned>(step >> 56);
+}
+
+/// A walk through a stream, bit by bit or in steps of the decode table.
+class StreamWalk {
+public:
+    StreamWalk(ByteSpan source, const HuffDictionary& dictionary)
+        : source_(source), dictionary_(dictionary), bitEnd_(std::uint64_t{source.size()} * 8) {}
+
+    /// Ignores what follows after the given number of bits.
+    void EndAt(std::uint64_t bitEnd) { bitEnd_ = bitEnd; }
+    bool AtEnd() const { return bit_ >= bitEnd_; }
+    std::size_t ByteIndex() const { return static_cast<std::size_t>(bit_ / 8); }
+    bool WithinCode() const { return withinCode_; }
+
+    /// Takes one bit; true when it completes the code of `value`.
+    bool Step(std::uint8_t& value) {
+        const bool one = (source_[ByteIndex()] >> (bit_ & 7) & 1) != 0;
+        ++bit_;
+        const std::int16_t next = one ? dictionary_[node_].Bit1 : dictionary_[node_].Bit0;
+        const auto low = static_cast<std::uint8_t>(next & 0xFF);
+        withinCode_ = !IsLeaf(next);
+        if (withinCode_) {
+            node_ = low;
+            return false;
+        }
+        node_ = kRootNode;
+        value = low;
+        return true;
+    }
+
+    /// Decodes into `target` until it is full or the stream ends; returns the symbols written.
+    std::size_t Fill(std::span<std::uint8_t> target) {
+        const DecodeTable& table = DecodeTableFor(dictionary_);
+        std::size_t count = table.longest == 0 ? 0 : FillFast(target, table);
+        while (count < target.size() && !AtEnd())
+            count += Step(target[count]) ? 1 : 0;
+        return count;
+    }
+
+private:
+    std::size_t FillFast(std::span<std::uint8_t> target, const DecodeTable& table) {
+        constexpr std::size_t kRound = 4;  // steps from one load: 4 x 12 of its 57 sure bits
+        constexpr std::uint64_t kMask = (std::uint64_t{1} << DecodeTable::kBits) - 1;
+        const DecodeStep* const steps = table.steps.data();
+        std::uint8_t* const out = target.data();
+        std::size_t count = 0;
+
+        // Each step stores 8 bytes whatever its number of symbols. The surplus is overwritten
+        // later for sure: 8 more symbols are both wanted and, at their longest, in the stream.
+        const std::size_t room = kRound * DecodeTable::kSymbols + 8;
+        const std::uint64_t ahead = 64 + std::uint64_t{8} * table.longest;
+        if (target.size() >= room && bitEnd_ >= ahead) {
+            const std::size_t lastCount = target.size() - room;
+            const std::uint64_t lastBit = bitEnd_ - ahead;
+            while (count <= lastCount && bit_ <= lastBit) {
+                std::uint64_t bits = Load64(source_.data() + (bit_ >> 3)) >> (bit_ & 7);
+                DecodeStep step = 0;
+                for (std::size_t i = 0; i < kRound; ++i) {
+                    step = steps[bits & kMask];
+                    Store64(out + count, step);
+                    count += SymbolCount(step);
+                    bit_ += BitCount(step);
+                    bits >>= BitCount(step);
+                }
+                if (SymbolCount(step) == 0)
+                    count += LongCode(out[count]);
+            }
+        }
+
+        // The rest up to where a step might take more than there is.
+        while (count + DecodeTable::kSymbols <= target.size() &&
+               bit_ + DecodeTable::kBits <= bitEnd_) {
+            const DecodeStep step = steps[Next12Bits()];
+            if (SymbolCount(step) == 0) {
+                const std::size_t whole = LongCode(out[count]);
+                if (whole == 0)
+                    break;
+                count += whole;
+                continue;
+            }
+            for (unsigned i = 0; i < SymbolCount(step); ++i)
+                out[count++] = static_cast<std::uint8_t>(step >> (8 * i));
+            bit_ += BitCount(step);
+        }
+        return count;
+    }
+
+    std::size_t LongCode(std::uint8_t& value) {
+        while (!AtEnd())
+            if (Step(value))
+                return 1;
+        return 0;
+    }
+
+    std::size_t Next12Bits() const {
+        const std::size_t at = ByteIndex();
+        std::uint32_t bits = source_[at];
+        for (std::size_t i = 1; i < 3 && at + i < source_.size(); ++i)
+            bits |= std::uint32_t{source_[at + i]} << (8 * i);
+        return bits >> (bit_ & 7) & 0xFFF;
+    }
+
+    ByteSpan source_;
+    const HuffDictionary& dictionary_;
+    std::uint64_t bitEnd_;
+    std::uint64_t bit_ = 0;
+    std::size_t node_ = kRootNode;
+    bool withinCode_ = false;
+};
+
+/// Writes the codes of `source` to a buffer that is large enough and returns the bytes used, the
+/// last one partly filled or empty. Between two stores lie `kGroup` codes, which with up to 7 bits
+/// left over fit the accumulator.
+template <unsigned kGroup>
+std::size_t PackCodes(ByteSpan source, const std::array<Code, 256>& codes, std::uint8_t* out) {
+    const std::uint8_t* const start = out;
+    std::uint64_t pending = 0;
+    unsigned pendingBits = 0;
+    const auto append = [&](std::uint64_t bits, unsigned length) {
+        pending |= bits << pendingBits;
+        pendingBits += length;
+        Store64(out, pending);
+        out += pendingBits >> 3;
+        const unsigned half = (pendingBits & ~7U) / 2;  // twice, since 64 at once is too far
+        pending = pending >> half >> half;
+        pendingBits &= 7;
+    };
+    std::size_t i = 0;
+    for (; i + kGroup <= source.size(); i += kGroup) {
+        std::uint64_t bits = 0;
+        unsigned length = 0;
+        for (unsigned k = 0; k < kGroup; ++k) {
+            const Code& code = codes[source[i + k]];
+            bits |= std::uint64_t{code.bits} << length;
+            length += code.length;
+        }
+        append(bits, length);
+    }
+    for (; i < source.size(); ++i)
+        append(codes[source[i]].bits, codes[source[i]].length);
+    *out = static_cast<std::uint8_t>(pending);
+    return static_cast<std::size_t>(out - start) + 1;
+}
+
+}  // namespace
+
+void HuffExpand(ByteSpan source, ByteArray& dest, std::int32_t& expandedLength,
+                const HuffDictionary& dictionary, bool keepGoing) {
+    StreamWalk walk(source, dictionary);
+    if (!keepGoing) {
+        const auto wanted = static_cast<std::size_t>(std::max(expandedLength, 0));
+        const std::size_t room = std::min(wanted, dest.size());
+        const std::size_t count = walk.Fill(std::span(dest).first(room));
+        std::uint8_t surplus = 0;
+        while (count == room && room < wanted && !walk.AtEnd())
+            if (walk.Step(surplus))
+                throw Failure(kSubscriptOutOfRange);
+        return;
+    }
+    std::size_t count = 0;
+    const auto reached = [&] { return std::cmp_greater_equal(count, expandedLength); };
+    while (!walk.AtEnd() && !(reached() && walk.ByteIndex() + 1 >= source.size())) {
+        if (reached()) {
+            expandedLength = Narrow<std::int32_t>(count + 1);
+            dest.resize(count + 2);
+        }
+        std::uint8_t value = 0;
+        if (!walk.Step(value))
+            continue;
+        if (count >= dest.size())
+            throw Failure(kSubscriptOutOfRange);
+        dest[count++] = value;
+    }
+}
+
+ByteArray HuffCompress(ByteSpan source, const HuffDictionary& dictionary) {
+    if (source.size() < 4)
+        return ByteArray(4);
+    const CodeTable& table = CodeTableFor(dictionary);
+    std::uint64_t bits = 0;
+    for (const std::uint8_t value : source) {
+        const std::uint32_t length = table.codes[value].length;
+        if (length > 32)
+            throw Failure(kSubscriptOutOfRange);
+        bits += length;
+    }
+
+    ByteArray chunk(4 + static_cast<std::size_t>(bits / 8) + 1 + 8);  // a store writes 8 bytes
+    const auto length = Narrow<std::int32_t>(source.size());
+    for (std::size_t i = 0; i < 4; ++i)
+        chunk[i] = static_cast<std::uint8_t>(length >> (8 * i));
+    std::uint8_t* const stream = chunk.data() + 4;
+    const std::size_t size = table.longest <= 14   ? PackCodes<4>(source, table.codes, stream)
+                             : table.longest <= 19 ? PackCodes<3>(source, table.codes, stream)
+                             : table.longest <= 28 ? PackCodes<2>(source, table.codes, stream)
+                                                   : PackCodes<1>(source, table.codes, stream);
+    chunk.resize(4 + size);
+    return chunk;
+}
+
+std::int32_t DetermineChunkSize(ByteSpan source, ByteArray& dest,
+                                const HuffDictionary& dictionary) {
+    constexpr std::size_t kBlock = 4096;
+    StreamWalk walk(source, dictionary);
+    walk.EndAt(source.empty() ? 0 : std::uint64_t{source.size() - 1} * 8);
+    ByteArray symbols;
+    std::size_t count = 0;
+    while (!walk.AtEnd()) {
+        symbols.resize(count + kBlock);
+        count += walk.Fill(std::span(symbols).subspan(count));
+    }
+    const std::size_t capacity = count + (walk.WithinCode() ? 1 : 0);
+    const auto result = Narrow<std::int32_t>(capacity);
+    symbols.resize(count);
+    symbols.resize(capacity + 1);
+    dest = std::move(symbols);
+    return result;
+}
+
+std::int32_t DetermineHuffLength(std::uint8_t value, const HuffDictionary& dictionary) {
+    return static_cast<std::int32_t>(CodeTableFor(dictionary).codes[value].length);
+}
+
+ByteArray ExpandStream(ByteSpan stream, std::int32_t expandedLength,
+                       const HuffDictionary& dictionary, bool keepGoing) {
+    constexpr std::size_t kAlwaysBelieved = 65535;
+    const auto wanted = static_cast<std::size_t>(std::max(expandedLength, 0));
+    const std::size_t reachable = std::max(kAlwaysBelieved, stream.size() * 8);
+    ByteArray bytes(std::min(wanted, reachable));
+    auto length = static_cast<std::int32_t>(bytes.size());
+    HuffExpand(stream, bytes, length, dictionary, keepGoing);
+    return bytes;
+}
+
+ByteArray ExpandChunk(ByteSpan chunk, const HuffDictionary& dictionary) {
+    if (chunk.size() < 5)
+        return {};
+    ByteReader in(chunk);
+    const std::int32_t length = in.I32();
+    return ExpandStream(in.Take(in.Remaining()), length, dictionary);
+}
+
+bool CanCompress(ByteSpan bytes, const HuffDictionary& dictionary) {
+    const CodeTable& table = CodeTableFor(dictionary);
+    return std::ranges::all_of(bytes, [&](std::uint8_t value) {
+        return table.codes[value].length >= 1 && table.codes[value].length <= 32;
+    });
+}
+
+}  // namespace tessaro
