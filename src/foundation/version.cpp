@@ -7,6 +7,7 @@
 #include "foundation/store.h"
 #include "platform/file.h"
 #include "platform/system.h"
+#include "tessaro/palette.h"
 
 namespace tessaro {
 namespace {
@@ -120,6 +121,7 @@ bool FindSet(const std::string& dataPath) {
 
 clsVersion::clsVersion() {
     SharedStore().appPath = LibraryFolder();
+    clsPalette().LoadPalette();  // foundation's one call upwards: images carry a palette from here
 }
 
 bool clsVersion::LoadDataPath(const std::string& DataPath) {

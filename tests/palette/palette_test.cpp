@@ -3,6 +3,7 @@
 #include "foundation/store.h"
 #include "palette/palette_files.h"
 #include "support/support.h"
+#include "tessaro/version.h"
 
 namespace tessaro {
 namespace {
@@ -102,6 +103,12 @@ TEST_F(Palette, ColorsAreRedInTheLowByte) {
     palette.Color(-1, 5);
     EXPECT_EQ(user.boxes.size(), 3u);
     EXPECT_EQ(palette.Color(0), 0x070809);
+}
+
+TEST_F(Palette, ConfigurationBringsTheDefaultColors) {
+    EXPECT_EQ(palette.Color(1), 0);
+    clsVersion version;
+    EXPECT_EQ(palette.Color(1), 0xA80000);
 }
 
 TEST_F(Palette, CreatesFilesOrKeepsTheOutput) {
