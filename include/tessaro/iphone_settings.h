@@ -16,7 +16,7 @@ struct iPhoneMapSettings {
     std::uint16_t RLEWTag = 0;
     std::uint16_t Width = 0;
     std::uint16_t Height = 0;
-    std::int32_t FloorColor = 0;    ///< red in the low byte on the form; stored unchanged
+    std::int32_t FloorColor = 0;  ///< red in the low byte on the form; stored unchanged
     std::int32_t CeilingColor = 0;
     std::string MapName;
     std::string MusicName;

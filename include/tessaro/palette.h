@@ -12,12 +12,12 @@ namespace tessaro {
 /// The palette file formats; docs/palette-files.md draws each.
 enum enmSupportedPaletteTypes : std::int32_t {
     ptUnknown = 0,
-    ptJASC3 = 1,    ///< JASC text palette
-    ptJASC8 = 2,    ///< RIFF palette
-    ptXWE = 3,      ///< raw lump: 768 bytes of red, green, blue
-    ptGAMEPAL = 4,  ///< object file with the public array _gamepal
-    ptWolf4GW = 5,  ///< C source array
-    ptWolf4SDL = 6, ///< list of "RGB(" entries
+    ptJASC3 = 1,     ///< JASC text palette
+    ptJASC8 = 2,     ///< RIFF palette
+    ptXWE = 3,       ///< raw lump: 768 bytes of red, green, blue
+    ptGAMEPAL = 4,   ///< object file with the public array _gamepal
+    ptWolf4GW = 5,   ///< C source array
+    ptWolf4SDL = 6,  ///< list of "RGB(" entries
 };
 
 /// The current palette (256 colours, red in the low byte, then green, then blue), which every BMP

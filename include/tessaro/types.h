@@ -14,8 +14,7 @@ using ByteArray = std::vector<std::uint8_t>;
 /// Raised once for each item written; `Chunk` counts from 1.
 using SaveStatusEvent = std::function<void(std::int32_t Chunk, std::int32_t TotalChunks)>;
 /// Raised once when an item cannot be written.
-using SaveErrorEvent =
-    std::function<void(std::int32_t Chunk, const std::string& ErrorDescription)>;
+using SaveErrorEvent = std::function<void(std::int32_t Chunk, const std::string& ErrorDescription)>;
 /// Raised exactly once at the end of every save that began.
 using SaveCompleteEvent = std::function<void(bool Success)>;
 

@@ -135,8 +135,8 @@ public:
     bool LoadCompleteMaskTile8(ByteArray& Data, ByteArray& Mask, std::int32_t& Height,
                                std::int32_t& Width);
     /// A masked picture, its mask image and its size in pixels.
-    bool LoadMaskPicture(std::int32_t Chunk, ByteArray& Data, ByteArray& Mask,
-                         std::int32_t& Height, std::int32_t& Width);
+    bool LoadMaskPicture(std::int32_t Chunk, ByteArray& Data, ByteArray& Mask, std::int32_t& Height,
+                         std::int32_t& Width);
     /// A 16-colour game's sprite, its mask image, its size in pixels and its table entry.
     bool LoadEGASprite(std::int32_t Chunk, ByteArray& Data, ByteArray& Mask, std::int32_t& Height,
                        std::int32_t& Width, typSpriteHead& SpriteHead);

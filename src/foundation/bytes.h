@@ -70,9 +70,7 @@ public:
     void Text(std::string_view text) { bytes_.insert(bytes_.end(), text.begin(), text.end()); }
     /// Exactly `size` bytes: the text, then zeros. A longer text fails (number 5).
     void Padded(std::string_view text, std::size_t size);
-    void Fill(std::size_t count, std::uint8_t value) {
-        bytes_.insert(bytes_.end(), count, value);
-    }
+    void Fill(std::size_t count, std::uint8_t value) { bytes_.insert(bytes_.end(), count, value); }
     /// Writes numbers again at an offset that has been written before, for fields known late.
     void PatchU16(std::size_t offset, std::uint16_t value) { Patch(offset, value, 2); }
     void PatchU32(std::size_t offset, std::uint32_t value) { Patch(offset, value, 4); }

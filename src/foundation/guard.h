@@ -15,9 +15,8 @@ Failure CurrentFailure();
 /// Runs the body of one public operation. After a failure, which has been reported by then, the
 /// result is the operation's failure value (False, 0, nothing).
 template <class Body, class Result = std::invoke_result_t<Body&>>
-Result Guarded(std::string_view procedure, Body&& body, std::type_identity_t<Result> onFailure = {})
-    requires(!std::is_void_v<Result>)
-{
+Result Guarded(std::string_view procedure, Body&& body,
+               std::type_identity_t<Result> onFailure = {}) requires(!std::is_void_v<Result>) {
     try {
         return body();
     } catch (...) {
@@ -28,9 +27,7 @@ Result Guarded(std::string_view procedure, Body&& body, std::type_identity_t<Res
 }
 
 template <class Body, class Result = std::invoke_result_t<Body&>>
-void Guarded(std::string_view procedure, Body&& body)
-    requires std::is_void_v<Result>
-{
+void Guarded(std::string_view procedure, Body&& body) requires std::is_void_v<Result> {
     try {
         return body();
     } catch (...) {

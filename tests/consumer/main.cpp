@@ -57,7 +57,8 @@ int main(int argc, char** argv) {
     Expect(palette.CreatePaletteFileData(ptJASC3, rgb, file), "a palette file is made");
     const std::string path = (folder / "GREY.PAL").string();
     std::ofstream(path, std::ios::binary)
-        .write(reinterpret_cast<const char*>(file.data()), static_cast<std::streamsize>(file.size()));
+        .write(reinterpret_cast<const char*>(file.data()),
+               static_cast<std::streamsize>(file.size()));
 
     palette.LoadPalette(path);
     Expect(quiet.boxes == 0 && palette.Color(200) == 200 * 0x010101, "the file is read back");
