@@ -1,0 +1,276 @@
+// RLEW and Carmack: the bytes they write and read, and their agreement with the literal codecs.
+#include <stdexcept>
+
+#include "../../bench/literal/maps_literal.h"
+#include "../../bench/literal/seeded_planes.h"
+#include "maps/game_maps_self.h"
+#include "support/support.h"
+
+namespace tessaro {
+namespace {
+
+using test::Hex;
+
+constexpr std::uint16_t kTag = 0xABCD;
+
+ByteArray Words(const std::vector<int>& words) {
+    return literal::FromWords(words);
+}
+
+template <class Body>
+std::int32_t FailureOf(Body&& body) {
+    try {
+        body();
+        return 0;
+    } catch (const Failure& failure) {
+        return failure.Number;
+    }
+}
+
+TEST(Rlew, PacksRunsOfFourAndMore) {
+    struct Row {
+        const char* name;
+        std::vector<int> plane, packed;
+    };
+    std::vector<int> longRun(70'000, 7);
+    const Row rows[] = {
+        {"three stay literal", {7, 7, 7, 9, 9, 9, 9, 9}, {7, 7, 7, kTag, 5, 9}},
+        {"four become a run", {7, 7, 7, 7, 9}, {kTag, 4, 7, 9}},
+        {"a long run splits", longRun, {kTag, 65'535, 7, kTag, 4'465, 7}},
+        {"tag cells are not escaped", {kTag, 9, 9, 9, 9}, {kTag, kTag, 4, 9}},
+        {"three tags are not escaped",
+         {kTag, kTag, kTag, 1, 1, 1, 1, 1},
+         {kTag, kTag, kTag, kTag, 5, 1}},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(RlewCompress(kTag, Words(row.plane), LengthPrefix::None), Words(row.packed))
+            << row.name;
+    EXPECT_EQ(RlewCompress(kTag, Words({1, 1, 1, 1, 1, 1}), LengthPrefix::Short),
+              Hex("0C00 CDAB 0600 0100"));
+    EXPECT_EQ(RlewCompress(kTag, Words({1, 1, 1, 1, 1, 1}), LengthPrefix::Long),
+              Hex("0C000000 CDAB 0600 0100"));
+    EXPECT_EQ(RlewCompress(kTag, Words(longRun), LengthPrefix::Short),
+              Hex("E022 CDAB FFFF 0700 CDAB 7111 0700"));  // the low half of 140,000
+    EXPECT_EQ(FailureOf([] { RlewCompress(kTag, Hex("010001000100"), LengthPrefix::None); }), 9)
+        << "the destination is one byte shorter than the source";
+    EXPECT_EQ(FailureOf([] { RlewCompress(kTag, {}, LengthPrefix::None); }), 9);
+}
+
+TEST(Rlew, ExpandsAndTellsWhatWasMissing) {
+    struct Row {
+        const char* name;
+        ByteArray source;
+        std::int32_t length, left;
+        ByteArray cells;
+        enmCorruptLevel level;
+    };
+    const Row rows[] = {
+        {"prefix", Hex("0800 CDAB 0300 0500 0600"), 0, 0, Hex("0500 0500 0500 0600"), clNone},
+        {"no prefix", Hex("0100 0200 0300"), 4, 0, Hex("0100 0200 0000 0000"), clNone},
+        {"ends early", Hex("0800 0100 0200"), 0, 4, Hex("0100 0200 0000 0000"), clHigh},
+        {"odd length", Hex("0300 0100 0200"), 0, -1, Hex("0100 0200 0000 0000"), clNone},
+        {"empty run", Hex("0200 CDAB 0000 0500 0600"), 0, 0, Hex("0600 0000 0000 0000"), clNone},
+    };
+    clsGameMaps maps;
+    auto& self = GameMapsInternals::SelfOf(maps);
+    for (const Row& row : rows) {
+        ByteArray cells(8);
+        std::int32_t length = row.length;
+        enmCorruptLevel level = clNone;
+        EXPECT_TRUE(self.RLEWExpand(kTag, row.source, cells, length, level)) << row.name;
+        EXPECT_EQ(cells, row.cells) << row.name;
+        EXPECT_EQ(length, row.left) << row.name;
+        EXPECT_EQ(level, row.level) << row.name;
+    }
+
+    ByteArray cells(8192);
+    std::int32_t length = 0;
+    enmCorruptLevel level = clNone;
+    EXPECT_TRUE(self.RLEWExpand(kTag, Hex("0000 CDAB 0010 0500"), cells, length, level));
+    EXPECT_EQ(cells, Words(std::vector<int>(4096, 5)));
+    EXPECT_EQ(level, clLow) << "a prefix of 0 stands for 8192";
+    level = clHigh;
+    length = 0;
+    EXPECT_TRUE(self.RLEWExpand(kTag, Hex("0000 CDAB 0010 0500"), cells, length, level));
+    EXPECT_EQ(level, clHigh) << "only clNone is raised to clLow";
+}
+
+TEST(Rlew, FailsAtBothEndsOrCuts) {
+    const ByteArray longRun = Hex("0400 CDAB 0500 0700");
+    ByteArray cells(4);
+    std::int32_t length = 0;
+    EXPECT_EQ(FailureOf([&] {
+                  RlewExpand(kTag, longRun, cells, length, LengthPrefix::Short, Overrun::Fails);
+              }),
+              9);
+    length = 0;
+    EXPECT_FALSE(
+        RlewExpand(kTag, longRun, cells, length, LengthPrefix::Short, Overrun::Cuts).endedEarly);
+    EXPECT_EQ(cells, Hex("0700 0700"));
+    EXPECT_EQ(length, -6);
+    for (const char* cut : {"04", "0400 01", "0400 CDAB", "0400 CDAB 0200", "0400 CDAB 0200 07"}) {
+        length = 0;
+        EXPECT_EQ(FailureOf([&] {
+                      RlewExpand(kTag, Hex(cut), cells, length, LengthPrefix::Short, Overrun::Cuts);
+                  }),
+                  9)
+            << cut;
+    }
+}
+
+TEST(Carmack, ExpandsEveryCode) {
+    struct Row {
+        const char* name;
+        ByteArray codes;
+        std::int32_t length;
+        ByteArray words;
+    };
+    const Row rows[] = {
+        {"escaped near", Hex("00 A7 05"), 2, Hex("05A7")},
+        {"escaped far", Hex("00 A8 05"), 2, Hex("05A8")},
+        {"near copy repeats itself", Hex("3412 04 A7 01"), 10, Hex("3412 3412 3412 3412 3412")},
+        {"far copy", Hex("0100 0200 0300 02 A8 0100"), 10, Hex("0100 0200 0300 0200 0300")},
+        {"far copy of words to come", Hex("0100 02 A8 0100"), 6, Hex("0100 0000 0000")},
+        {"half a word less", Hex("0100 0200 0300"), 5, Hex("0100 0200")},
+        {"half a word more", Hex("0100 0200 0300 0400"), 7, Hex("0100 0200 0300 0400")},
+        {"nothing to do", Hex(""), 0, Hex("")},
+        {"negative", Hex(""), -6, Hex("")},
+    };
+    for (const Row& row : rows) {
+        ByteArray words(row.words.size());
+        CarmackExpand(row.codes, words, row.length, {});
+        EXPECT_EQ(words, row.words) << row.name;
+    }
+}
+
+TEST(Carmack, FailsOutsideItsArrays) {
+    test::TempFolder folder;
+    test::FreshStore(folder.Path());
+    test::ScriptedUserInterface user;
+    clsGameMaps maps;
+    const auto& self = GameMapsInternals::SelfOf(maps);
+    for (const char* codes : {"", "05", "0100", "00A7", "02A7", "01A7 01", "0100 02A7 02",
+                              "0100 02A8", "0100 02A8 00", "0100 02A8 0300", "0100 04A8 0000"}) {
+        ByteArray words(8);
+        EXPECT_FALSE(self.CarmackExpand(Hex(codes), words, 8)) << codes;
+        ASSERT_FALSE(user.boxes.empty());
+        EXPECT_EQ(user.boxes.back().prompt,
+                  "Error 9 in clsGameMaps.CarmackExpand: Subscript out of range");
+    }
+    EXPECT_EQ(user.boxes.size(), 11u);
+}
+
+TEST(Carmack, Packs) {
+    const CarmackTags low{0x12, 0x00};
+    struct Row {
+        const char* name;
+        ByteArray words, packed;
+        CarmackTags tags;
+    };
+    const Row rows[] = {
+        {"equal words",
+         Hex("0700 0700 0700 0700 0700 0700 0700 0700"),
+         Hex("1000 0700 0700 02A702 04A704"),
+         {}},
+        {"high tags are not escaped", Hex("05A7 06A8"), Hex("0400 05A7 06A8"), {}},
+        {"low tags are", Hex("0512 0013 0500"), Hex("0600 001205 0013 000005"), low},
+        {"a quotient of 0 from below", Hex("01FF 00FF"), Hex("0400 000001 00FF"), low},
+        {"odd byte left out", Hex("0100 02"), Hex("0300 0100"), {}},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(CarmackCompress(row.words, LengthPrefix::Short, row.tags), row.packed)
+            << row.name;
+
+    // Two words repeated beyond the reach of a near copy stay literal, three become a far copy.
+    std::vector<int> plane{1, 2, 3};
+    for (int i = 0; i < 300; ++i)
+        plane.push_back(1000 + i);
+    plane.insert(plane.end(), {1, 2, 9, 1, 2, 3});
+    const ByteArray packed = CarmackCompress(Words(plane), LengthPrefix::Long, {});
+    const ByteArray tail(packed.end() - 10, packed.end());
+    EXPECT_EQ(tail, Hex("0100 0200 0900 03A8 0000"));
+}
+
+TEST(Codecs, AgreeWithTheLiteralOnes) {
+    literal::PlaneMaker make(1);
+    for (int round = 0; round < 3000; ++round) {
+        const ByteArray plane = make.Any(round % 50 == 0 ? 6000 : 500);
+        const CarmackTags tags = round % 5 == 0 ? CarmackTags{0x01, 0x00} : CarmackTags{};
+        const ByteArray packed = CarmackCompress(plane, LengthPrefix::Long, tags);
+        ASSERT_EQ(packed, literal::CarmackCompress(plane, true, tags.nearTag, tags.farTag))
+            << round;
+
+        ByteArray runs, literalRuns;
+        const bool held =
+            FailureOf([&] { runs = RlewCompress(kTag, plane, LengthPrefix::Short); }) == 0;
+        try {
+            literalRuns = literal::RlewCompress(kTag, plane, 2);
+            EXPECT_TRUE(held) << round;
+        } catch (const std::exception&) {
+            EXPECT_FALSE(held) << round;
+        }
+        ASSERT_EQ(runs, literalRuns) << round;
+    }
+}
+
+// Behind word 65,535 matches outside the reach of a near copy cannot be named. Blocks that repeat
+// with small changes offer every mixture of the two at each place.
+TEST(Codecs, AgreeWithTheLiteralOnesOnFarPlaces) {
+    literal::PlaneMaker make(2);
+    for (const std::size_t period : {100, 250, 300}) {
+        const ByteArray block = make.Random(period, 40);
+        ByteArray plane;
+        while (plane.size() < 140'000) {
+            plane.insert(plane.end(), block.begin(), block.end());
+            plane[plane.size() - 2 * (1 + make.Below(period))] = 99;
+        }
+        EXPECT_EQ(CarmackCompress(plane, LengthPrefix::Long, {}),
+                  literal::CarmackCompress(plane, true, 0xA7, 0xA8))
+            << period;
+    }
+}
+
+/// Expands with both; they must agree on failing, and where they do not fail on every byte.
+TEST(Codecs, ExpandAsTheLiteralOnesWhateverTheSource) {
+    literal::PlaneMaker make(3);
+    for (int round = 0; round < 6000; ++round) {
+        ByteArray source = CarmackCompress(make.Any(300), LengthPrefix::Short, {});
+        source.erase(source.begin(), source.begin() + 2);
+        make.Damage(source);
+        const auto length = static_cast<std::int32_t>(make.Below(700));
+        const std::size_t room = static_cast<std::size_t>(length) + make.Below(600);
+
+        ByteArray words(room, 0xEE), literalWords = words;
+        const bool expanded = FailureOf([&] { CarmackExpand(source, words, length, {}); }) == 0;
+        try {
+            literal::CarmackExpand(source, literalWords, length, 0xA7, 0xA8);
+            ASSERT_TRUE(expanded) << round;
+            ASSERT_EQ(words, literalWords) << round;
+        } catch (const std::out_of_range&) {
+            ASSERT_FALSE(expanded) << round;
+        }
+
+        const auto tag = static_cast<std::uint16_t>(make.Below(4));
+        ByteArray cells(room, 0xEE), literalCells = cells;
+        int left = static_cast<int>(make.Below(2)) * length, literalLeft = left;
+        bool lasted = false;
+        const bool ran =
+            FailureOf([&] {
+                lasted = !RlewExpand(tag, source, cells, left, LengthPrefix::Short, Overrun::Fails)
+                              .endedEarly;
+            }) == 0;
+        try {
+            const bool literalLasted =
+                literal::RlewExpand(tag, source, literalCells, literalLeft, false);
+            ASSERT_TRUE(ran) << round;
+            ASSERT_EQ(cells, literalCells) << round;
+            ASSERT_EQ(left, literalLeft) << round;
+            ASSERT_EQ(lasted, literalLasted) << round;
+        } catch (const std::out_of_range&) {
+            ASSERT_FALSE(ran) << round;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace tessaro
