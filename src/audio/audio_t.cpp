@@ -1,0 +1,238 @@
+#include "tessaro/audio_t.h"
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <utility>
+
+#include "audio/audio_file.h"
+#include "foundation/dictionary.h"
+#include "foundation/guard.h"
+#include "foundation/replace_files.h"
+#include "platform/file.h"
+
+namespace tessaro {
+namespace {
+
+constexpr std::int32_t kStartMusicNotFound = 20170330;
+
+bool SameFile(const std::string& a, const std::string& b) {
+    return ResolveCase(a) == ResolveCase(b);
+}
+
+}  // namespace
+
+struct clsAudioT::Self {
+    std::string dataPath;  ///< of the set that was opened
+    File data;
+    std::vector<std::int32_t> offsets;  ///< of the stored chunks, and the end of the last
+    std::map<std::int32_t, ByteArray> replaced;
+    std::int32_t count = 0;  ///< chunks beyond the stored ones are empty
+    std::int32_t startMusic = -1;
+
+    bool LoadHuffman();
+    bool LoadHeader();
+
+    void CheckChunk(std::int32_t chunk) const {
+        if (chunk < 0 || chunk >= count)
+            throw Failure(kSubscriptOutOfRange);
+    }
+    bool IsStored(std::int32_t chunk) const {
+        return static_cast<std::size_t>(chunk) + 1 < offsets.size();
+    }
+    bool IsSparse(std::int32_t chunk) const {
+        return IsStored(chunk) && offsets[static_cast<std::size_t>(chunk)] == kSparseOffset;
+    }
+    /// The bytes of a chunk as the data file holds them; opens it where it is closed.
+    ByteArray StoredBytes(std::int32_t chunk);
+
+    /// Gives up the stored chunks from `chunks` on; they stay empty when the set grows again.
+    void Keep(std::int32_t chunks);
+
+    struct Written {
+        ByteWriter data;
+        std::vector<std::int32_t> offsets;
+    };
+    void WriteChunk(std::int32_t chunk, Written& out);
+    bool Save(const SaveStatusEvent& saveStatus, const SaveErrorEvent& saveError);
+};
+
+bool clsAudioT::Self::LoadHuffman() {
+    return Guarded("clsAudioT.LoadHuffman", [&] {
+        Store& store = SharedStore();
+        if (!store.audioIsCompressed)
+            return true;
+        if (!FileExists(store.audioDictFile))
+            throw Failure(0, "Audio huffman dictionary file not found.");
+        store.audioDictionary = ReadDictionary(ReadWholeFile(store.audioDictFile));
+        return true;
+    });
+}
+
+bool clsAudioT::Self::LoadHeader() {
+    return Guarded("clsAudioT.LoadHeader", [&] {
+        auto read = ReadAudioHeader(ReadWholeFile(SharedStore().audioHeaderFile));
+        const auto start = FindStartMusic(read, SharedStore().egaGraphics);
+        if (!start)
+            throw Failure(kStartMusicNotFound, "Could not determine starting music chunk.");
+        offsets = std::move(read);
+        count = Narrow<std::int32_t>(offsets.size() - 1);
+        startMusic = *start;
+        return true;
+    });
+}
+
+ByteArray clsAudioT::Self::StoredBytes(std::int32_t chunk) {
+    if (!IsStored(chunk))
+        return {};
+    if (!data.IsOpen())
+        data = File(dataPath, FileMode::Read);
+    const AudioRange range = FindAudioRange(offsets, static_cast<std::size_t>(chunk), data.Size());
+    if (range.size == 0)
+        return {};
+    return data.ReadAt(range.offset, range.size);
+}
+
+void clsAudioT::Self::Keep(std::int32_t chunks) {
+    if (!IsStored(chunks))
+        return;
+    // The offset that now closes the list still has to end the chunk before it.
+    const auto close = offsets.begin() + chunks;
+    const auto end = std::find_if(close, offsets.end(),
+                                  [](std::int32_t offset) { return offset != kSparseOffset; });
+    if (end != offsets.end())
+        *close = *end;
+    offsets.erase(close + 1, offsets.end());
+}
+
+void clsAudioT::Self::WriteChunk(std::int32_t chunk, Written& out) {
+    const auto edit = replaced.find(chunk);
+    if (edit == replaced.end() && IsSparse(chunk)) {
+        out.offsets.push_back(kSparseOffset);
+        return;
+    }
+    out.offsets.push_back(Narrow<std::int32_t>(out.data.Position()));
+    if (edit == replaced.end())
+        out.data.Bytes(StoredBytes(chunk));
+    else if (SharedStore().audioIsCompressed)
+        out.data.Bytes(CompressAudioChunk(edit->second, SharedStore().audioDictionary));
+    else
+        out.data.Bytes(edit->second);
+}
+
+bool clsAudioT::Self::Save(const SaveStatusEvent& saveStatus, const SaveErrorEvent& saveError) {
+    const Store& store = SharedStore();
+    const std::string headerOut = modGlobal::OutputPath(store.audioHeaderFile);
+    const std::string dataOut = modGlobal::OutputPath(store.audioDataFile);
+    const bool inPlace = SameFile(dataOut, dataPath);  // the offsets follow the file they name
+
+    std::int32_t chunk = 0;
+    try {
+        Written out;
+        for (const std::int32_t total = count; chunk < total; ++chunk) {
+            WriteChunk(chunk, out);
+            if (saveStatus)
+                saveStatus(chunk + 1, total);
+        }
+        out.offsets.push_back(Narrow<std::int32_t>(out.data.Position()));
+        data.Release();
+        if (!ReplaceFiles(
+                {{headerOut, WriteAudioHeader(out.offsets)}, {dataOut, out.data.Release()}}))
+            return false;
+        if (inPlace)
+            offsets = std::move(out.offsets);
+        return true;
+    } catch (...) {
+        const Failure failure = CurrentFailure();
+        if (saveError)
+            saveError(chunk, failure.Description);
+        throw failure;
+    }
+}
+
+clsAudioT::clsAudioT() : self_(std::make_unique<Self>()) {}
+clsAudioT::~clsAudioT() = default;
+
+bool clsAudioT::InitializeMusic() {
+    return Guarded("clsAudioT.InitializeMusic", [&] {
+        *self_ = Self();
+        if (!self_->LoadHuffman() || !self_->LoadHeader())
+            return false;
+        self_->dataPath = SharedStore().audioDataFile;
+        try {
+            self_->data = File(self_->dataPath, FileMode::Read);
+        } catch (...) {
+            *self_ = Self();  // a set without its data serves nothing
+            throw;
+        }
+        return true;
+    });
+}
+
+void clsAudioT::CloseFile() {
+    self_->data.Release();
+}
+
+bool clsAudioT::LoadChunk(std::int32_t Chunk, ByteArray& Data, std::int32_t& SIZE) {
+    return Guarded("clsAudioT.LoadChunk", [&] {
+        self_->CheckChunk(Chunk);
+        ByteArray bytes;
+        if (const auto edit = self_->replaced.find(Chunk); edit != self_->replaced.end()) {
+            bytes = edit->second;
+        } else if (self_->IsSparse(Chunk)) {
+            throw Failure(0, "Tried to load sparse data at chunk " + std::to_string(Chunk));
+        } else {
+            bytes = self_->StoredBytes(Chunk);
+            if (SharedStore().audioIsCompressed)
+                bytes = ExpandAudioChunk(std::move(bytes), SharedStore().audioDictionary);
+        }
+        SIZE = Narrow<std::int32_t>(bytes.size());
+        Data = std::move(bytes);
+        return true;
+    });
+}
+
+void clsAudioT::SetChunkData(std::int32_t Chunk, const ByteArray& Data) {
+    Guarded("clsAudioT.SetChunkData", [&] {
+        self_->CheckChunk(Chunk);
+        self_->replaced[Chunk] = Data;
+    });
+}
+
+bool clsAudioT::SaveAudioT() {
+    constexpr const char* kName = "clsAudioT.SaveAudioT";
+    const bool saved = Guarded(kName, [&] { return self_->Save(SaveStatus, SaveError); });
+    Guarded(kName, [&] {
+        if (SaveComplete)
+            SaveComplete(saved);
+    });
+    return saved;
+}
+
+std::int32_t clsAudioT::NumberOfChunks() const {
+    return self_->count;
+}
+
+void clsAudioT::NumberOfChunks(std::int32_t NewValue) {
+    Guarded("clsAudioT.NumberOfChunks", [&] {
+        if (NewValue < 0)
+            throw Failure(kSubscriptOutOfRange);
+        self_->Keep(NewValue);
+        self_->replaced.erase(self_->replaced.lower_bound(NewValue), self_->replaced.end());
+        self_->count = NewValue;
+    });
+}
+
+std::int32_t clsAudioT::StartMusic() const {
+    return self_->startMusic;
+}
+
+std::int32_t clsAudioT::NumberOfSongs() const {
+    return self_->startMusic < 0 ? 0 : self_->count - self_->startMusic;
+}
+
+std::int32_t clsAudioT::NumberOfSounds() const {
+    return self_->startMusic < 0 ? 0 : self_->startMusic / 3;
+}
+
+}  // namespace tessaro
