@@ -1,8 +1,8 @@
 // The settings of an iPhone map file, and the form in which the user enters them.
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -27,6 +27,8 @@ struct iPhoneMapSettings {
 /// The form "iPhone Map File Settings" without its window: the values of its controls and what a
 /// click or a change does to them. A UserInterface shows it and calls these operations; every rule
 /// is here. Captions: "Floor", "Ceiling", "Par Time", "Minutes", "Seconds", "Music", "RLEW Tag".
+/// The form lives within one ExportMap, which reports whatever its user interface throws; its
+/// operations therefore let that through.
 class TESSARO_API frmIPhoneSettings {
 public:
     static constexpr const char* Caption = "iPhone Map File Settings";
@@ -75,7 +77,7 @@ private:
     iPhoneMapSettings settings_;
     std::string mapName_, musicName_;
     std::int32_t minutes_ = 0, seconds_ = 0, tag_ = 0;
-    std::int32_t colors_[2] = {};
+    std::array<std::int32_t, 2> colors_{};
     bool visible_ = false, pressedOK_ = false;
 };
 

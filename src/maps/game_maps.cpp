@@ -8,14 +8,6 @@
 
 namespace tessaro {
 
-std::size_t PlaneCells(std::int64_t width, std::int64_t height) {
-    if (width < 1 || height < 1)
-        throw Failure(kSubscriptOutOfRange);
-    if (width > kMostPlaneCells || height > kMostPlaneCells / width)
-        throw Failure(kOutOfMemory);
-    return static_cast<std::size_t>(width * height);
-}
-
 typMapPlane EmptyPlanes(std::size_t count, std::size_t cells) {
     typMapPlane planes;
     planes.Plane.assign(count, typMapGrid{std::vector<std::int32_t>(cells)});

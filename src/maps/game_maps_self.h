@@ -9,6 +9,7 @@
 #include "maps/carmack.h"
 #include "maps/length_prefix.h"
 #include "maps/map_record.h"
+#include "maps/plane_cells.h"
 #include "maps/rlew.h"
 #include "platform/file.h"
 #include "tessaro/game_maps.h"
@@ -31,15 +32,9 @@ struct ClipboardMap {
     typMapPlane planes;
 };
 
-/// A plane never has more cells than this, whatever a file or a host asks for.
-inline constexpr std::int64_t kMostPlaneCells = 16'777'216;
 /// Nor do the planes of a stored map together: a few bytes of a file must not cost gigabytes.
 inline constexpr std::int64_t kMostMapCells = 4 * kMostPlaneCells;
 inline constexpr std::int16_t kNewMapSide = 64;
-
-/// The number of cells of a plane. Fails with number 9 for a side below 1 and with number 7 for
-/// more than kMostPlaneCells.
-std::size_t PlaneCells(std::int64_t width, std::int64_t height);
 
 /// `count` planes of cells that are all 0.
 typMapPlane EmptyPlanes(std::size_t count, std::size_t cells);
@@ -102,8 +97,9 @@ struct clsGameMaps::Self {
     bool WriteMapName(ByteWriter& out, const std::string& name, std::int16_t size) const;
 };
 
-/// The way in for the tests.
+/// The way in for the tests and for helpers outside the class.
 struct GameMapsInternals {
+    using Self = clsGameMaps::Self;
     static clsGameMaps::Self& SelfOf(clsGameMaps& maps) { return *maps.self_; }
 };
 

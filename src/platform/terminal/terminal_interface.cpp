@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/system.h"
+#include "platform/terminal/iphone_form.h"
 
 namespace tessaro {
 namespace {
@@ -46,9 +47,11 @@ public:
         return ReadLine();
     }
 
-    void ShowIPhoneSettings(frmIPhoneSettings&) override {}
+    void ShowIPhoneSettings(frmIPhoneSettings& Form) override { AskIPhoneSettings(*this, Form); }
 
-    std::optional<std::int32_t> ChooseColor(std::int32_t) override { return std::nullopt; }
+    std::optional<std::int32_t> ChooseColor(std::int32_t Color) override {
+        return AskColor(*this, Color);
+    }
 
 private:
     static bool Ask(const char* choices, std::string_view agreeing) {

@@ -1,0 +1,7 @@
+// Whatever a iPhone file holds, reading it ends in maps or in a Failure.
+#include "exchange_fuzz.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    tessaro::FuzzFormat(tessaro::kIPhoneFormat, {data, size});
+    return 0;
+}
