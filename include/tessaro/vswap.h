@@ -78,7 +78,7 @@ public:
     SaveCompleteEvent SaveComplete;
 
 private:
-    friend struct VSwapInternals;
+    friend class PageFileSave;
     struct Self;
     std::unique_ptr<Self> self_;
 };

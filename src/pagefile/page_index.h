@@ -1,0 +1,74 @@
+// Where the chunks of the page file and of the extra sound file lie: what the container knows of
+// its files.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "pagefile/extra_sounds.h"
+#include "pagefile/page_file.h"
+#include "platform/file.h"
+
+namespace tessaro {
+
+/// What stands for an item without data: callers see one byte.
+inline const ByteArray kNoData{0};
+
+/// A stored sound and the length that the list tells of it.
+struct StoredSound {
+    ByteArray bytes;
+    std::int32_t listLength = 0;
+};
+
+struct PageIndex {
+    std::string path;
+    std::string extraPath;  ///< empty where there is no extra sound file
+    File page;
+    File extra;
+
+    std::int32_t walls = 0;    ///< chunks from 0
+    std::int32_t sprites = 0;  ///< chunks from `walls`
+    std::int32_t soundStart = 0;
+    std::int32_t fileChunks = 0;       ///< in the page file
+    std::int32_t firstExtraChunk = 0;  ///< in the extra sound file; 0: there is none
+    std::int32_t firstExtraSound = 0;
+    std::vector<std::int32_t> offsets;
+    std::vector<std::int32_t> lengths;  ///< the first page of a sound has the whole sound's
+    std::vector<std::int32_t> storedLengths;
+    bool hasSoundList = false;
+    std::vector<SoundEntry> sounds;
+    std::int32_t soundCount = 0;
+    /// The page file's only sound, where the extra file's list took its place.
+    std::optional<SoundEntry> replacedSound;
+    bool soundsFailed = false;
+
+    /// Opens the page file and reads its tables.
+    void OpenPageFile(const std::string& file);
+    /// Finds the sounds of the page file, then opens the extra sound file where the data folder
+    /// has one, and finds those.
+    void IndexSounds();
+    /// Leaves the set without sounds, though with the count that was reached.
+    void GiveUpSounds();
+    void Close();
+
+    bool IsHiRes() const { return storedLengths[0] == 16384; }
+    bool HasExtraFile() const { return firstExtraChunk > 0; }
+    bool HasData(std::int32_t chunk) const;
+    /// Offset 0 means no data in the page file alone: in the extra one it is the first page.
+    bool HasPlace(std::int32_t chunk) const;
+    /// The bytes of a chunk; no bytes where it has no data.
+    ByteArray Read(std::int32_t chunk);
+    /// The first chunk of a sound; nothing where it has none.
+    std::optional<std::int32_t> SoundChunk(std::size_t sound) const;
+    /// Everything stored of a sound, also of one that reads as empty.
+    StoredSound ReadSound(std::int32_t chunk, std::int32_t listLength);
+    /// The bytes of a chunk of the page file as far as the file holds them.
+    ByteArray ReadWhatIsThere(std::int32_t chunk);
+
+private:
+    void IndexExtraFile();
+    void WalkSounds(std::vector<SoundEntry>& entries, std::int32_t firstChunk, SoundListForm form);
+    ByteArray ReadBytes(std::int32_t chunk, std::int32_t length);
+};
+
+}  // namespace tessaro

@@ -1,0 +1,257 @@
+#include "tessaro/vswap.h"
+
+#include "foundation/bmp_image.h"
+#include "foundation/guard.h"
+#include "foundation/store.h"
+#include "foundation/wav_image.h"
+#include "pagefile/sprite_chunk.h"
+#include "pagefile/transpose.h"
+#include "pagefile/vswap_self.h"
+#include "platform/system.h"
+
+namespace tessaro {
+namespace {
+
+constexpr std::int32_t kMostChunks = 32767;
+constexpr std::size_t kHiResChunk = 16384;
+
+/// A count only grows the items of its kind: those beyond a lower one stay.
+void SetCount(std::int32_t& count, std::vector<PageItem>& items, std::int32_t value) {
+    if (value < 0)
+        throw Failure(kInvalidProcedureCall);
+    if (value > kMostChunks)
+        throw Failure(kOverflow);
+    count = value;
+    if (std::cmp_greater(value, items.size()))
+        items.resize(static_cast<std::size_t>(value));
+}
+
+ByteArray BmpImage(std::int32_t side, ByteSpan pixels) {
+    return modAddBMPHeader::AddBMPHeader(side, side, pixels, true);
+}
+
+modAddBMPHeader::StrippedImage Strip(ByteSpan image, ImageSize& size) {
+    modAddBMPHeader::StrippedImage stripped = modAddBMPHeader::RemoveBMPHeader(image);
+    size = {stripped.width, stripped.height};
+    return stripped;
+}
+
+}  // namespace
+
+bool FixWallData(ByteSpan image, ByteArray& chunk, ImageSize& size) {
+    const auto stripped = Strip(image, size);
+    if (stripped.bitsPerPixel != 8)
+        return false;
+    chunk = Transposed(stripped.pixels, static_cast<std::size_t>(size.height),
+                       static_cast<std::size_t>(size.width));
+    return true;
+}
+
+bool FixSpriteData(ByteSpan image, ByteArray& chunk, ImageSize& size,
+                   enmVSWAPCompression compression) {
+    const auto stripped = Strip(image, size);
+    if (stripped.bitsPerPixel != 8) {
+        SharedStore().errorState.Description = "BMP was not 256 colors.";
+        return false;
+    }
+    chunk = CompileSprite(stripped.pixels, size.width, size.height, compression);
+    return true;
+}
+
+bool clsVSwap::Self::LoadSwapFile(const std::string& path) {
+    return Guarded("clsVSwap.LoadSwapFile", [&] {
+        index.Close();
+        PageIndex fresh;
+        fresh.OpenPageFile(path);
+        bool soundsFound = true;
+        try {
+            fresh.IndexSounds();
+        } catch (...) {  // a set without sounds is still a set of walls and sprites
+            fresh.GiveUpSounds();
+            soundsFound = false;
+        }
+        index = std::move(fresh);
+        hiResInput = index.IsHiRes();
+        wallSize = spriteSize = hiResInput ? 128 : 64;
+        if (!soundsFound)
+            CurrentUserInterface().MsgBox("Unable to load digital sounds", mbInformation,
+                                          "Error loading digital sounds", "", 0);
+        return true;
+    });
+}
+
+void clsVSwap::Self::TakeOver() {
+    numberOfWalls = index.walls;
+    numberOfSprites = index.sprites;
+    numberOfSounds = index.soundCount;
+    walls.assign(static_cast<std::size_t>(numberOfWalls), {});
+    sprites.assign(static_cast<std::size_t>(numberOfSprites), {});
+    sounds.assign(static_cast<std::size_t>(numberOfSounds), {});
+}
+
+PageItem& clsVSwap::Self::ItemAt(std::vector<PageItem>& items, std::int32_t number) {
+    if (number < 0 || std::cmp_greater_equal(number, items.size()))
+        throw Failure(kSubscriptOutOfRange);
+    return items[static_cast<std::size_t>(number)];
+}
+
+clsVSwap::clsVSwap() : self_(std::make_unique<Self>()) {}
+clsVSwap::~clsVSwap() = default;
+
+bool clsVSwap::Initialize() {
+    return Guarded("clsVSwap.Initialize", [&] {
+        *self_ = Self();
+        self_->outputPageSize = SharedStore().hiResOutput ? 16384 : 4096;
+        const std::string path = SharedStore().vswapFile;
+        if (path.empty() || !self_->LoadSwapFile(path))
+            return false;
+        self_->TakeOver();
+        return true;
+    });
+}
+
+void clsVSwap::CloseFile() {
+    self_->index.Close();
+}
+
+std::int32_t clsVSwap::NumberOfWalls() const {
+    return self_->numberOfWalls;
+}
+
+void clsVSwap::NumberOfWalls(std::int32_t NewValue) {
+    Guarded("clsVSwap.NumberOfWalls",
+            [&] { SetCount(self_->numberOfWalls, self_->walls, NewValue); });
+}
+
+std::int32_t clsVSwap::NumberOfSounds() const {
+    return self_->numberOfSounds;
+}
+
+void clsVSwap::NumberOfSounds(std::int32_t NewValue) {
+    Guarded("clsVSwap.NumberOfSounds",
+            [&] { SetCount(self_->numberOfSounds, self_->sounds, NewValue); });
+}
+
+std::int32_t clsVSwap::NumberOfSprites() const {
+    return self_->numberOfSprites;
+}
+
+void clsVSwap::NumberOfSprites(std::int32_t NewValue) {
+    Guarded("clsVSwap.NumberOfSprites",
+            [&] { SetCount(self_->numberOfSprites, self_->sprites, NewValue); });
+}
+
+bool clsVSwap::HiResInput() const {
+    return self_->hiResInput;
+}
+
+std::int32_t clsVSwap::NumberOfChunks() const {
+    return static_cast<std::int32_t>(self_->index.offsets.size());
+}
+
+void clsVSwap::LoadChunk(std::int32_t ChunkNum, ByteArray& Data) {
+    Guarded("clsVSwap.LoadChunk", [&] {
+        ByteArray bytes = self_->index.Read(ChunkNum);
+        Data = bytes.empty() ? kNoData : std::move(bytes);
+    });
+}
+
+bool clsVSwap::LoadWall(std::int32_t WallNum, ByteArray& Data) {
+    return Guarded("clsVSwap.LoadWall", [&] {
+        PageItem& wall = self_->ItemAt(self_->walls, WallNum);
+        if (wall.from == PageItem::From::File) {
+            ByteArray image = kNoData;
+            // Walls that the host added have no chunk.
+            if (WallNum < self_->index.walls) {
+                const ByteArray chunk = self_->index.Read(WallNum);
+                if (!chunk.empty()) {
+                    self_->wallSize = chunk.size() == kHiResChunk ? 128 : 64;
+                    const auto side = static_cast<std::size_t>(self_->wallSize);
+                    image = BmpImage(self_->wallSize, Transposed(chunk, side, side));
+                }
+            }
+            wall = {PageItem::From::Cache, std::move(image)};
+        }
+        Data = wall.image;
+        return true;
+    });
+}
+
+bool clsVSwap::LoadSprite(std::int32_t SpriteNum, ByteArray& Data) {
+    return Guarded("clsVSwap.LoadSprite", [&] {
+        PageItem& sprite = self_->ItemAt(self_->sprites, SpriteNum);
+        if (sprite.from == PageItem::From::File) {
+            ByteArray image = kNoData;
+            if (SpriteNum < self_->index.sprites) {
+                const ByteArray chunk = self_->index.Read(self_->index.walls + SpriteNum);
+                if (!chunk.empty())
+                    image = BmpImage(self_->spriteSize, DecodeSprite(chunk, self_->spriteSize));
+            }
+            sprite = {PageItem::From::Cache, std::move(image)};
+        }
+        Data = sprite.image;
+        return true;
+    });
+}
+
+bool clsVSwap::LoadSound(std::int32_t SoundNum, ByteArray& Data, std::int32_t& Length) {
+    return Guarded("clsVSwap.LoadSound", [&] {
+        PageItem& sound = self_->ItemAt(self_->sounds, SoundNum);
+        if (sound.from == PageItem::From::File) {
+            const auto chunk = self_->index.SoundChunk(static_cast<std::size_t>(SoundNum));
+            ByteArray image = chunk ? self_->index.Read(*chunk) : ByteArray();
+            const auto samples = static_cast<std::int32_t>(image.size());
+            if (samples > 0)
+                modAddWAVHeader::AddWaveHeader(samples, image);
+            else
+                image = kNoData;
+            sound = {PageItem::From::Cache, std::move(image), samples};
+        }
+        Data = sound.image;
+        Length = sound.samples;
+        return true;
+    });
+}
+
+std::int32_t clsVSwap::GetSpriteCompressedSize(const ByteArray& Data,
+                                               enmVSWAPCompression Compression) {
+    return Guarded(
+        "clsVSwap.GetSpriteCompressedSize",
+        [&] {
+            if (Data.size() <= 1)
+                return 1;
+            ByteArray chunk;
+            ImageSize size;
+            return FixSpriteData(Data, chunk, size, Compression)
+                       ? Narrow<std::int32_t>(chunk.size())
+                       : -1;
+        },
+        -1);
+}
+
+void clsVSwap::SetChunkData(std::int32_t Chunk, const ByteArray& Data) {
+    Guarded("clsVSwap.SetChunkData", [&] {
+        const std::int32_t walls = self_->numberOfWalls;
+        PageItem& item = Chunk < walls ? self_->ItemAt(self_->walls, Chunk)
+                                       : self_->ItemAt(self_->sprites, Chunk - walls);
+        item = {PageItem::From::Host, Data};
+    });
+}
+
+void clsVSwap::SetSoundData(std::int32_t SoundNum, const ByteArray& Data) {
+    Guarded("clsVSwap.SetSoundData", [&] {
+        PageItem& item = self_->ItemAt(self_->sounds, SoundNum);
+        PageItem sound{PageItem::From::Host, Data};
+        if (sound.HasData()) {
+            ByteArray samples;
+            std::int32_t rate = 0;
+            std::int16_t bits = 0;
+            std::int16_t channels = 0;
+            modAddWAVHeader::RemoveWaveHeader(Data, samples, rate, bits, channels);
+            sound.samples = Narrow<std::int32_t>(samples.size());
+        }
+        item = std::move(sound);
+    });
+}
+
+}  // namespace tessaro

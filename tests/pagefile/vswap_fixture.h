@@ -1,0 +1,97 @@
+// A small set of our own and the folders around it.
+#pragma once
+
+#include "foundation/bmp_image.h"
+#include "foundation/store.h"
+#include "foundation/wav_image.h"
+#include "pagefile/extra_sounds.h"
+#include "pagefile/page_file.h"
+#include "support/support.h"
+#include "tessaro/vswap.h"
+
+namespace tessaro::test {
+
+class VSwapFixture : public testing::Test {
+protected:
+    VSwapFixture() {
+        FreshStore(folder_.Path());
+        Store& store = SharedStore();
+        store.dataPath = store.outputFolder = folder_.Path();
+        store.dataExtension = store.extension = store.compileExtension = "TST";
+        store.vswapFile = folder_.File("VSWAP.TST");
+        store.backupFolder = folder_.File("backup");
+    }
+
+    /// Two walls (the second without data), two sprites (likewise) and three sounds: one of two
+    /// pages, one without data, one of a single sample.
+    static ByteArray SmallSet() {
+        PageFileImage image(1);
+        image.AddChunk(WallChunk());
+        image.AddChunk({});
+        image.AddChunk(SpriteChunk());
+        image.AddChunk({});
+        image.AddSound(Samples(5000));
+        image.AddSound({});
+        image.AddSound(Samples(1));
+        image.AddChunk(Hex("0000 8813  0200 0000  0300 0100"));
+        return image.Assemble(2, 4);
+    }
+
+    static ByteArray WallChunk() {
+        ByteArray chunk(4096);
+        for (std::size_t i = 0; i < chunk.size(); ++i)
+            chunk[i] = static_cast<std::uint8_t>(i / 64 * 3 + i % 64);
+        return chunk;
+    }
+
+    /// Column 5, rows 62 and 63.
+    static ByteArray SpriteChunk() { return Hex("0500 0500  0800  0102  8000 C8FF 7C00 0000  00"); }
+
+    static ByteArray Samples(std::size_t count) {
+        ByteArray samples(count);
+        for (std::size_t i = 0; i < count; ++i)
+            samples[i] = static_cast<std::uint8_t>(i * 7 + i / 256);
+        return samples;
+    }
+
+    static ByteArray Wav(std::size_t count) {
+        ByteArray image = Samples(count);
+        modAddWAVHeader::AddWaveHeader(static_cast<std::int32_t>(count), image);
+        return image;
+    }
+
+    static ByteArray Bmp(std::int32_t side, std::uint8_t color) {
+        return modAddBMPHeader::AddBMPHeader(
+            side, side, ByteArray(static_cast<std::size_t>(side * side), color), true);
+    }
+
+    /// The three kinds of items as callers get them, one after the other.
+    static std::vector<ByteArray> AllItems(clsVSwap& set) {
+        std::vector<ByteArray> items;
+        ByteArray data;
+        std::int32_t length = 0;
+        const auto keep = [&](bool loaded) {
+            EXPECT_TRUE(loaded);
+            items.push_back(data);
+        };
+        for (std::int32_t i = 0; i < set.NumberOfWalls(); ++i)
+            keep(set.LoadWall(i, data));
+        for (std::int32_t i = 0; i < set.NumberOfSprites(); ++i)
+            keep(set.LoadSprite(i, data));
+        for (std::int32_t i = 0; i < set.NumberOfSounds(); ++i)
+            keep(set.LoadSound(i, data, length));
+        return items;
+    }
+
+    std::vector<std::string> Prompts() const {
+        std::vector<std::string> prompts;
+        for (const ShownBox& box : ui_.boxes)
+            prompts.push_back(box.title + "|" + box.prompt);
+        return prompts;
+    }
+
+    TempFolder folder_;
+    ScriptedUserInterface ui_;
+};
+
+}  // namespace tessaro::test
