@@ -217,7 +217,7 @@ TEST(Codecs, AgreeWithTheLiteralOnes) {
 // with small changes offer every mixture of the two at each place.
 TEST(Codecs, AgreeWithTheLiteralOnesOnFarPlaces) {
     literal::PlaneMaker make(2);
-    for (const std::size_t period : {100, 250, 300}) {
+    for (const std::size_t period : {100u, 250u, 300u}) {
         const ByteArray block = make.Random(period, 40);
         ByteArray plane;
         while (plane.size() < 140'000) {
