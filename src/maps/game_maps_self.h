@@ -95,6 +95,8 @@ struct clsGameMaps::Self {
     /// Writes exactly `size` bytes (0: OutputMapNameSize): the name and zeros, or zeros alone and
     /// False when the name is longer.
     bool WriteMapName(ByteWriter& out, const std::string& name, std::int16_t size) const;
+
+    struct Save;
 };
 
 /// The way in for the tests and for helpers outside the class.

@@ -56,8 +56,11 @@ std::optional<MapRecord> FirstRecord(const MapSetLayout& set, ByteSpan dataFile)
     return record;
 }
 
-/// Whether the record follows its planes and these follow each other, as the saver writes them.
+/// Whether the record is one of the saver's: a map with cells, behind its planes, which follow each
+/// other.
 bool FollowsItsPlanes(const MapRecord& record, std::int64_t recordOffset) {
+    if (record.width < 1 || record.height < 1)
+        return false;
     std::int64_t position = record.planeOffsets.front();
     for (std::size_t plane = 0; plane < record.planeOffsets.size(); ++plane) {
         if (record.planeOffsets[plane] != position)
