@@ -4,7 +4,7 @@
 namespace tessaro {
 namespace {
 
-class MapEdit : public test::SmallMaps {
+class MapChanges : public test::SmallMaps {
 protected:
     void SetUp() override {
         SmallMaps::SetUp();
@@ -16,7 +16,7 @@ protected:
     decltype(&GameMapsInternals::SelfOf(maps_)) self_ = nullptr;
 };
 
-TEST_F(MapEdit, ResizeKeepsTheTopLeftCorner) {
+TEST_F(MapChanges, ResizeKeepsTheTopLeftCorner) {
     struct Row {
         std::int32_t width, height;
         std::vector<std::int32_t> first, second;
@@ -46,7 +46,7 @@ TEST_F(MapEdit, ResizeKeepsTheTopLeftCorner) {
     }
 }
 
-TEST_F(MapEdit, ResizeRefusesWhatIsNoMap) {
+TEST_F(MapChanges, ResizeRefusesWhatIsNoMap) {
     struct Row {
         std::int32_t map, width, height, number;
     };
@@ -59,7 +59,7 @@ TEST_F(MapEdit, ResizeRefusesWhatIsNoMap) {
     }
 }
 
-TEST_F(MapEdit, AddMovesTheOthersUp) {
+TEST_F(MapChanges, AddMovesTheOthersUp) {
     self_->maps[0].corruption = clHigh;
     maps_.AddMap(0);
     ASSERT_EQ(maps_.NumberOfMaps(), 3);
@@ -83,7 +83,7 @@ TEST_F(MapEdit, AddMovesTheOthersUp) {
     EXPECT_TRUE(Planes(maps_, 5).Plane.empty());
 }
 
-TEST_F(MapEdit, RemoveMovesTheOthersDownAndBlanksTheLast) {
+TEST_F(MapChanges, RemoveMovesTheOthersDownAndBlanksTheLast) {
     maps_.RemoveMap(2);
     EXPECT_EQ(maps_.NumberOfMaps(), 2) << "outside the list nothing changes";
     EXPECT_EQ(user_.boxes.size(), 1u);
@@ -98,7 +98,7 @@ TEST_F(MapEdit, RemoveMovesTheOthersDownAndBlanksTheLast) {
     EXPECT_EQ(self_->maps[0].record.planeOffsets[0], 80);
 }
 
-TEST_F(MapEdit, HeaderSlotsFollowTheMaps) {
+TEST_F(MapChanges, HeaderSlotsFollowTheMaps) {
     while (maps_.NumberOfMaps() < 100)
         maps_.AddMap(0);
     EXPECT_EQ(self_->headerSlots.size(), 100u);
