@@ -172,6 +172,26 @@ std::size_t PackCodes(ByteSpan source, const std::array<Code, 256>& codes, std::
     return static_cast<std::size_t>(out - start) + 1;
 }
 
+/// The stream for `source` behind `room` bytes of zero.
+ByteArray CompressBehind(std::size_t room, ByteSpan source, const HuffDictionary& dictionary) {
+    const CodeTable& table = CodeTableFor(dictionary);
+    std::uint64_t bits = 0;
+    for (const std::uint8_t value : source) {
+        const std::uint32_t length = table.codes[value].length;
+        if (length > 32)
+            throw Failure(kSubscriptOutOfRange);
+        bits += length;
+    }
+    ByteArray bytes(room + static_cast<std::size_t>(bits / 8) + 1 + 8);  // a store writes 8 bytes
+    std::uint8_t* const stream = bytes.data() + room;
+    const std::size_t size = table.longest <= 14   ? PackCodes<4>(source, table.codes, stream)
+                             : table.longest <= 19 ? PackCodes<3>(source, table.codes, stream)
+                             : table.longest <= 28 ? PackCodes<2>(source, table.codes, stream)
+                                                   : PackCodes<1>(source, table.codes, stream);
+    bytes.resize(room + size);
+    return bytes;
+}
+
 }  // namespace
 
 void HuffExpand(ByteSpan source, ByteArray& dest, std::int32_t& expandedLength,
@@ -203,28 +223,18 @@ void HuffExpand(ByteSpan source, ByteArray& dest, std::int32_t& expandedLength,
     }
 }
 
-ByteArray HuffCompress(ByteSpan source, const HuffDictionary& dictionary) {
-    if (source.size() < 4)
-        return ByteArray(4);
-    const CodeTable& table = CodeTableFor(dictionary);
-    std::uint64_t bits = 0;
-    for (const std::uint8_t value : source) {
-        const std::uint32_t length = table.codes[value].length;
-        if (length > 32)
-            throw Failure(kSubscriptOutOfRange);
-        bits += length;
-    }
+ByteArray CompressStream(ByteSpan source, const HuffDictionary& dictionary) {
+    return CompressBehind(0, source, dictionary);
+}
 
-    ByteArray chunk(4 + static_cast<std::size_t>(bits / 8) + 1 + 8);  // a store writes 8 bytes
+ByteArray HuffCompress(ByteSpan source, const HuffDictionary& dictionary) {
+    constexpr std::size_t kLengthField = 4;
+    if (source.size() < 4)
+        return ByteArray(kLengthField);
+    ByteArray chunk = CompressBehind(kLengthField, source, dictionary);
     const auto length = Narrow<std::int32_t>(source.size());
-    for (std::size_t i = 0; i < 4; ++i)
+    for (std::size_t i = 0; i < kLengthField; ++i)
         chunk[i] = static_cast<std::uint8_t>(length >> (8 * i));
-    std::uint8_t* const stream = chunk.data() + 4;
-    const std::size_t size = table.longest <= 14   ? PackCodes<4>(source, table.codes, stream)
-                             : table.longest <= 19 ? PackCodes<3>(source, table.codes, stream)
-                             : table.longest <= 28 ? PackCodes<2>(source, table.codes, stream)
-                                                   : PackCodes<1>(source, table.codes, stream);
-    chunk.resize(4 + size);
     return chunk;
 }
 

@@ -27,6 +27,9 @@ void HuffExpand(ByteSpan source, ByteArray& dest, std::int32_t& expandedLength,
 /// stream; one whose code is longer than 32 bits fails with number 9.
 ByteArray HuffCompress(ByteSpan source, const HuffDictionary& dictionary);
 
+/// The stream alone, of any number of bytes.
+ByteArray CompressStream(ByteSpan source, const HuffDictionary& dictionary);
+
 /// Decodes a stream of unknown length into `dest`, the bits of the last byte excepted, and returns
 /// the number of bytes, one more when the stream ended within a code. `dest` has one byte more.
 std::int32_t DetermineChunkSize(ByteSpan source, ByteArray& dest, const HuffDictionary& dictionary);

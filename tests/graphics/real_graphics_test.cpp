@@ -1,0 +1,186 @@
+// The graphics of a real game, where there is one: what is known of them, typed from the data.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "../../bench/literal/huffman_literal.h"
+#include "foundation/dictionary.h"
+#include "graphics/graphics_header.h"
+#include "graphics/huffman.h"
+#include "support/support.h"
+#include "tessaro/version.h"
+#include "tessaro/vga_graph.h"
+
+namespace tessaro {
+namespace {
+
+using test::ScriptedUserInterface;
+using test::TempFolder;
+
+constexpr const char* kHeader = "VGAHEAD.WL1";
+constexpr const char* kData = "VGAGRAPH.WL1";
+constexpr const char* kDictionary = "VGADICT.WL1";
+
+/// A copy of the real set in a folder of its own, opened.
+class RealGraphics : public testing::Test {
+protected:
+    void SetUp() override {
+        TESSARO_NEEDS_GAME_DATA();
+        test::FreshStore(folder.Path());
+        for (const std::string& name : ListFiles(*test::GameFolder(), "*.WL1"))
+            CopyFileTo(JoinPath(*test::GameFolder(), name), folder.File(name));
+        ASSERT_TRUE(version.LoadDataPath(folder.Path()));
+        version.AppPath(folder.Path());
+        version.OutputFolder(folder.Path());
+        version.BackupFolder(folder.File("backup"));
+        version.CompileExtension("WL1");
+        ASSERT_TRUE(graph.InitializeGraphics());
+    }
+    void TearDown() override {
+        for (const test::ShownBox& box : user.boxes)
+            ADD_FAILURE() << box.prompt;
+    }
+
+    ByteArray Original(const char* name) const {
+        return ReadWholeFile(JoinPath(*test::GameFolder(), name));
+    }
+    ByteArray Expanded(std::int32_t chunk) {
+        ByteArray data;
+        EXPECT_TRUE(graph.LoadTessaro(chunk, data)) << chunk;
+        return data;
+    }
+
+    ScriptedUserInterface user;
+    TempFolder folder;
+    clsVersion version;
+    clsVGAGraph graph;
+};
+
+TEST_F(RealGraphics, EveryChunkIsTypedFromTheData) {
+    EXPECT_EQ(graph.NumberOfChunks(), 156);
+    EXPECT_EQ(graph.StartFonts(), 1);
+    EXPECT_EQ(graph.NumberOfFonts(), 2);
+    EXPECT_EQ(graph.StartPics(), 3);
+    EXPECT_EQ(graph.NumberOfPics(), 144);
+    EXPECT_TRUE(graph.CouldLoadNonPictureData());
+    const std::vector<enmVGRAGRAPHTypes> externs{
+        vgTile8, vgEndScreen, vgEndScreen, vgEndArt, vgDemo, vgDemo, vgDemo, vgDemo, vgEndArt};
+    for (std::int32_t chunk = 0; chunk < 156; ++chunk)
+        EXPECT_EQ(graph.ChunkDataType(chunk), chunk == 0  ? vgSTRUCTPIC
+                                              : chunk < 3 ? vgFont
+                                              : chunk < 147
+                                                  ? vgPicture
+                                                  : externs[static_cast<std::size_t>(chunk - 147)])
+            << chunk;
+    for (std::int32_t demo = 0; demo < 4; ++demo)
+        EXPECT_EQ(graph.DemoLevel(demo), 2 * demo);
+    std::int32_t tiles = 0, wide = 0, high = 0;
+    graph.GetTile8Info(tiles, wide, high);
+    EXPECT_EQ(tiles, 35);
+    EXPECT_EQ(Expanded(147).size(), 2240u);
+    std::int32_t width = 0, height = 0;
+    ByteArray title;
+    ASSERT_TRUE(graph.LoadWolfPicture(graph.StartPics() + 84, title, height, width));
+    EXPECT_EQ(graph.NumberOfFontCharacters(2), 256);
+}
+
+// The counts of all expanded bytes give the game's own dictionary, and with it every chunk its
+// stored bytes; three chunks have a mark glued behind them.
+TEST_F(RealGraphics, DictionaryAndStreamsAreRebuilt) {
+    std::vector<std::int32_t> counts(256);
+    for (std::int32_t chunk = 0; chunk < graph.NumberOfChunks(); ++chunk)
+        for (const std::uint8_t byte : Expanded(chunk))
+            ++counts[byte];
+    ASSERT_TRUE(graph.BuildVGADICT(counts));
+    EXPECT_EQ(folder.Read(kDictionary), Original(kDictionary));
+
+    const HuffDictionary dictionary = ReadDictionary(Original(kDictionary));
+    const ByteArray data = Original(kData);
+    const std::vector<std::uint32_t> offsets = ReadGraphicsHeader(Original(kHeader), 3, false);
+    std::vector<std::int32_t> others;
+    for (std::int32_t chunk = 0; chunk < graph.NumberOfChunks(); ++chunk) {
+        const ByteArray expanded = Expanded(chunk);
+        const auto index = static_cast<std::size_t>(chunk);
+        const ByteSpan stored =
+            ByteSpan(data).subspan(offsets[index], offsets[index + 1] - offsets[index]);
+        const ByteArray again = chunk == 147 ? CompressStream(expanded, dictionary)
+                                             : HuffCompress(expanded, dictionary);
+        if (std::equal(stored.begin(), stored.end(), again.begin(), again.end()))
+            continue;
+        others.push_back(chunk);
+        ByteArray marked = again;
+        for (const char c : std::string("!ID!"))
+            marked.push_back(static_cast<std::uint8_t>(c));
+        EXPECT_EQ(ByteArray(stored.begin(), stored.end()), marked) << chunk;
+    }
+    EXPECT_EQ(others, (std::vector<std::int32_t>{0, 2, 146}));
+}
+
+TEST_F(RealGraphics, SavedUntouchedItIsTheSame) {
+    int steps = 0;
+    std::vector<bool> completed;
+    graph.SaveStatus = [&](std::int32_t chunk, std::int32_t total) {
+        EXPECT_EQ(chunk, ++steps);
+        EXPECT_EQ(total, 156);
+    };
+    graph.SaveComplete = [&](bool success) { completed.push_back(success); };
+    ASSERT_TRUE(graph.SaveVGAGraph());
+    EXPECT_EQ(steps, 156);
+    EXPECT_EQ(completed, std::vector<bool>{true});
+    for (const char* name : {kHeader, kData, kDictionary}) {
+        EXPECT_EQ(folder.Read(name), Original(name)) << name;
+        EXPECT_EQ(folder.Read("backup/" + std::string(name) + ".001"), Original(name)) << name;
+    }
+}
+
+TEST_F(RealGraphics, AReplacedPictureChangesItsChunkAlone) {
+    constexpr std::int32_t kPicture = 20;
+    ByteArray image;
+    std::int32_t height = 0, width = 0;
+    ASSERT_TRUE(graph.LoadWolfPicture(kPicture, image, height, width));
+    image.back() ^= 1;  // the last pixel of the top row
+    graph.SetChunkData(kPicture, image);
+    ASSERT_TRUE(graph.SaveVGAGraph());
+
+    const auto before = ReadGraphicsHeader(Original(kHeader), 3, false);
+    const auto after = ReadGraphicsHeader(folder.Read(kHeader), 3, false);
+    const ByteArray oldData = Original(kData);
+    const ByteArray newData = folder.Read(kData);
+    ASSERT_EQ(after.size(), before.size());
+    const auto shift =
+        static_cast<std::int64_t>(newData.size()) - static_cast<std::int64_t>(oldData.size());
+    for (std::size_t i = 0; i < before.size(); ++i)
+        EXPECT_EQ(after[i], before[i] + (i > kPicture ? shift : 0)) << i;
+    EXPECT_TRUE(std::equal(oldData.begin(), oldData.begin() + before[kPicture], newData.begin()));
+    EXPECT_TRUE(std::equal(oldData.begin() + before[kPicture + 1], oldData.end(),
+                           newData.begin() + after[kPicture + 1], newData.end()));
+
+    clsVGAGraph again;
+    ASSERT_TRUE(again.InitializeGraphics());
+    for (clsVGAGraph* reader : {&graph, &again}) {  // the container goes on with the new files
+        ByteArray reread;
+        ASSERT_TRUE(reader->LoadWolfPicture(kPicture, reread, height, width));
+        EXPECT_EQ(reread, image);
+        ASSERT_TRUE(reader->LoadWolfPicture(kPicture + 1, reread, height, width));
+    }
+}
+
+TEST_F(RealGraphics, EveryChunkExpandsAsTheLiteralWalkDoes) {
+    const HuffDictionary dictionary = ReadDictionary(Original(kDictionary));
+    const ByteArray data = Original(kData);
+    const std::vector<std::uint32_t> offsets = ReadGraphicsHeader(Original(kHeader), 3, false);
+    for (std::int32_t chunk = 0; chunk < graph.NumberOfChunks(); ++chunk) {
+        const auto index = static_cast<std::size_t>(chunk);
+        const std::size_t field = chunk == 147 ? 0 : 4;
+        const ByteSpan stream = ByteSpan(data).subspan(offsets[index] + field,
+                                                       offsets[index + 1] - offsets[index] - field);
+        const ByteArray expanded = Expanded(chunk);
+        ByteArray expected(expanded.size());
+        auto length = static_cast<std::int32_t>(expected.size());
+        literal::HuffExpand(stream, expected, length, dictionary, false);
+        EXPECT_EQ(expanded, expected) << chunk;
+    }
+}
+
+}  // namespace
+}  // namespace tessaro
