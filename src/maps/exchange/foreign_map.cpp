@@ -1,5 +1,7 @@
 #include "maps/exchange/foreign_map.h"
 
+#include <algorithm>
+
 namespace tessaro {
 
 typMapGrid ReadCells(ByteReader& in, std::size_t cells) {
@@ -16,10 +18,10 @@ void WriteCells(ByteWriter& out, const ForeignMap& map, std::size_t plane) {
     if (plane >= map.planes.Plane.size())
         return out.Fill(cells * 2, 0);
     const auto& grid = map.planes.Plane[plane].Grid;
-    if (grid.size() != cells)
-        throw Failure(kSubscriptOutOfRange);
-    for (std::int32_t cell : grid)
-        out.U16(static_cast<std::uint16_t>(cell));
+    const std::size_t stored = std::min(cells, grid.size());
+    for (std::size_t i = 0; i < stored; ++i)
+        out.U16(static_cast<std::uint16_t>(grid[i]));
+    out.Fill((cells - stored) * 2, 0);
 }
 
 std::string_view NameBeforeZero(std::string_view name) {

@@ -24,7 +24,8 @@ struct ForeignMap {
 /// Cells from 16-bit words, widened without sign, row by row.
 typMapGrid ReadCells(ByteReader& in, std::size_t cells);
 
-/// The low 16 bits of each cell of a plane, row by row. A plane that the map lacks is zeros.
+/// The low 16 bits of each cell of a plane, row by row. Planes and cells that the map lacks are
+/// zeros: the last map of a set, once removed, keeps its size but only the cells of a new map.
 void WriteCells(ByteWriter& out, const ForeignMap& map, std::size_t plane);
 
 /// The name without its padding and without what may stand behind that: everything before the
