@@ -76,6 +76,13 @@ std::string Trimmed(std::string_view text) {
     return std::string(text.substr(first, text.find_last_not_of(' ') + 1 - first));
 }
 
+/// What the form starts from: the settings of an earlier file, or those for a new one (null).
+iPhoneMapSettings LoadIPhoneMapSettings(const ByteArray* earlier, const ForeignMap& map,
+                                        std::uint16_t tag) {
+    return earlier ? ReadIPhoneSettings(*earlier)
+                   : DefaultIPhoneSettings(Trimmed(NameBeforeZero(*map.name)), tag);
+}
+
 void SaveIPhoneMapFile(const std::string& fileName, const iPhoneMapSettings& settings,
                        CarmackTags tags) {
     PutFile(fileName, WriteIPhoneMap(settings, tags));
@@ -87,9 +94,7 @@ bool ExportToIPhone(Self& self, std::int32_t mapNum, const std::string& fileName
                     const ByteArray* earlier) {
     const ForeignMap map = MapForExport(self, mapNum, 0);
     iPhoneMapSettings settings =
-        earlier ? ReadIPhoneSettings(*earlier)
-                : DefaultIPhoneSettings(Trimmed(NameBeforeZero(*map.name)),
-                                        static_cast<std::uint16_t>(self.compileRlewTag));
+        LoadIPhoneMapSettings(earlier, map, static_cast<std::uint16_t>(self.compileRlewTag));
     IPhonePlaneBytes(map.width, map.height);  // refused before the user fills in a form for nothing
     settings.Width = Narrow<std::uint16_t>(map.width);
     settings.Height = Narrow<std::uint16_t>(map.height);
@@ -170,6 +175,8 @@ std::size_t FitPlanes(std::vector<ForeignMap>& maps, std::int16_t planes) {
         auto& own = map.planes.Plane;
         most = std::max(most, own.size());
         const std::size_t cells = PlaneCells(map.width, map.height);
+        if (cells * Narrow<std::size_t>(planes) > static_cast<std::size_t>(kMostMapCells))
+            throw Failure(kOutOfMemory);
         own.resize(Narrow<std::size_t>(planes));
         for (typMapGrid& plane : own)
             plane.Grid.resize(cells);

@@ -364,6 +364,16 @@ TEST_F(Exchange, FilesThatCannotBeReadChangeNothing) {
     EXPECT_EQ(name, "Cave");
 }
 
+TEST_F(Exchange, FilesConvertWithoutAGame) {
+    EXPECT_TRUE(maps.ExportMultiMap({0, 1}, folder.File("a.lvl"), true));
+    clsGameMaps none;
+    ui.answers = {mrYes};
+    EXPECT_TRUE(none.ImportMap(0, folder.File("a.lvl")));
+    EXPECT_TRUE(none.ExportMultiMap({0, 1}, folder.File("b.lvl"), true));
+    EXPECT_EQ(folder.Read("b.lvl"), folder.Read("a.lvl"));
+    EXPECT_EQ(ui.boxes.size(), 1u);
+}
+
 // --- real levels --------------------------------------------------------------------------------
 
 TEST(ExchangeOfRealLevels, EveryFormatGivesBackWhatItHolds) {

@@ -22,11 +22,21 @@ std::optional<std::string> ReadLine() {
     return line;
 }
 
+/// A text that may quote a file's bytes, without what would steer the terminal.
+std::string Printable(std::string text) {
+    std::erase(text, '\r');
+    for (char& c : text) {
+        if ((static_cast<unsigned char>(c) < ' ' && c != '\n') || c == '\x7F')
+            c = '?';
+    }
+    return text;
+}
+
 class TerminalInterface : public UserInterface {
 public:
     enmMsgBoxResult MsgBox(const std::string& Prompt, std::int32_t Style, const std::string& Title,
                            const std::string& HelpFile, std::int32_t HelpContext) override {
-        std::cerr << (Title.empty() ? "Tessaro" : Title) << ": " << Prompt << '\n';
+        std::cerr << (Title.empty() ? "Tessaro" : Title) << ": " << Printable(Prompt) << '\n';
         if ((Style & mbHelpButton) != 0)
             std::cerr << "(help: " << HelpFile << ", page " << HelpContext << ")\n";
         switch (Style & 7) {
@@ -43,7 +53,7 @@ public:
                                         const std::string& Title) override {
         if (!CanAsk())
             return std::nullopt;
-        std::cerr << Title << ": " << Prompt << ' ';
+        std::cerr << Title << ": " << Printable(Prompt) << ' ';
         return ReadLine();
     }
 
