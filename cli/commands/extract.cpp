@@ -1,0 +1,68 @@
+// tessaro extract FOLDER OUT [--kind K] [--bmp]
+#include <iostream>
+
+#include "commands/commands.h"
+#include "error.h"
+#include "files.h"
+
+namespace tessaro::cli {
+
+namespace {
+
+struct Options {
+    std::string folder, out;
+    std::vector<std::string> kinds;
+    bool bmp = false;
+};
+
+void ExtractKind(Game& game, const ItemKind& kind, const Options& options) {
+    Extraction to(PathIn(options.out, kind.Name()), options.bmp);
+    int items = 0, empty = 0;
+    for (const int number : kind.Numbers(game)) {
+        try {
+            const Item item = kind.Load(game, number);
+            if (item.empty) {
+                ++empty;
+                continue;
+            }
+            kind.Extract(game, item, to);
+            ++items;
+        } catch (const CommandError& error) {
+            ReportAndGoOn(error.what());
+        }
+    }
+    std::cout << kind.Name() << ": " << items << " items in " << to.Files() << " files";
+    if (empty > 0)
+        std::cout << ", " << empty << " without data";
+    std::cout << '\n';
+}
+
+void Run(const Options& options) {
+    Game game(options.folder);
+    CreateFolders(options.out);
+    for (const ItemKind* kind : KindsNamed(options.kinds)) {
+        if (!kind->In(game))
+            continue;
+        try {
+            ExtractKind(game, *kind, options);
+        } catch (const CommandError& error) {
+            ReportAndGoOn(error.what());
+        }
+    }
+}
+
+}  // namespace
+
+void AddExtract(CLI::App& app) {
+    CLI::App* command =
+        app.add_subcommand("extract", "Write the items of a game into files, a folder per kind");
+    auto options = std::make_shared<Options>();
+    AddFolder(*command, options->folder);
+    command->add_option("OUT", options->out, "The folder to write into; created when missing")
+        ->required();
+    AddKinds(*command, options->kinds);
+    command->add_flag("--bmp", options->bmp, "Pictures as BMP files instead of PNG files");
+    command->callback([options] { Run(*options); });
+}
+
+}  // namespace tessaro::cli

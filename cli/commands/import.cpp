@@ -1,0 +1,160 @@
+// tessaro import FOLDER --wall N | --sprite N | ... FILE
+#include <algorithm>
+#include <iostream>
+
+#include "commands/commands.h"
+#include "console.h"
+#include "error.h"
+#include "files.h"
+#include "sounds/wav.h"
+
+namespace tessaro::cli {
+
+namespace {
+
+struct Options {
+    std::string folder, file, compression;
+    std::optional<int> wall, sprite, sound, picture, chunk, audio;
+    SaveOptions save;
+
+    enmVSWAPCompression Compression() const {
+        return compression == "original" ? vcOriginal : compression == "good" ? vcGood : vcNone;
+    }
+};
+
+constexpr std::uint8_t kHole = 255;
+
+/// The file's picture in the game's colours.
+IndexedImage LoadImage(Game& game, const std::string& file, std::optional<std::uint8_t> hole) {
+    const ByteArray bytes = ReadFile(file);
+    Mapped mapped;
+    try {
+        mapped = MapToColors(ReadImage(bytes), CurrentColors(game.Palette()), 256, hole);
+    } catch (const CommandError& error) {
+        throw CommandError(file + ": " + error.what());
+    }
+    std::cout << file << ": "
+              << (mapped.kept ? "the palette is the game's, its indices are kept\n"
+                              : "the palette is not the game's, each colour became the nearest\n");
+    return mapped.image;
+}
+
+void CheckSide(Game& game, const IndexedImage& image, const Options& options) {
+    const int side = game.Pages().HiResInput() ? 128 : 64;
+    if (image.width != side || image.height != side)
+        throw CommandError(options.file + " has " + std::to_string(image.width) + " x " +
+                           std::to_string(image.height) +
+                           " pixels, this game's walls and sprites " + std::to_string(side) +
+                           " x " + std::to_string(side));
+}
+
+void ImportWall(Game& game, const Options& options) {
+    CheckNumber("wall", *options.wall, game.Pages().NumberOfWalls());
+    const IndexedImage image = LoadImage(game, options.file, {});
+    CheckSide(game, image, options);
+    game.Pages().SetChunkData(*options.wall, ToBmp(image));
+    game.SavePages(options.save, options.Compression());
+}
+
+void ImportSprite(Game& game, const Options& options) {
+    CheckNumber("sprite", *options.sprite, game.Pages().NumberOfSprites());
+    const IndexedImage image = LoadImage(game, options.file, kHole);
+    CheckSide(game, image, options);
+    game.Pages().SetChunkData(game.Pages().NumberOfWalls() + *options.sprite, ToBmp(image));
+    game.SavePages(options.save, options.Compression());
+}
+
+void ImportSound(Game& game, const Options& options) {
+    CheckNumber("sound", *options.sound, game.Pages().NumberOfSounds());
+    const ByteArray bytes = ReadFile(options.file);
+    Wav wav;
+    try {
+        wav = ReadWav(bytes);
+    } catch (const CommandError& error) {
+        throw CommandError(options.file + ": " + error.what());
+    }
+    if (wav.rate != 7042 || wav.bits != 8 || wav.channels != 1)
+        throw CommandError(options.file + " has " + std::to_string(wav.rate) + " Hz, " +
+                           std::to_string(wav.bits) + " bits, " + std::to_string(wav.channels) +
+                           " channels; the game plays 7042 Hz, 8 bits, 1 channel");
+    game.Pages().SetSoundData(*options.sound, WriteWav(wav.samples));
+    game.SavePages(options.save, options.Compression());
+}
+
+clsVGAGraph& WritableGraphics(Game& game) {
+    clsVGAGraph& graphics = game.Graphics();
+    if (!game.Version().CanCompileVGAGraph())
+        throw CommandError("the graphics of this game cannot be rewritten");
+    return graphics;
+}
+
+void ImportPicture(Game& game, const Options& options) {
+    clsVGAGraph& graphics = WritableGraphics(game);
+    CheckNumber("chunk", *options.picture, graphics.NumberOfChunks());
+    if (graphics.ChunkDataType(*options.picture) != vgPicture)
+        throw CommandError("chunk " + std::to_string(*options.picture) + " is not a picture");
+    const IndexedImage image = LoadImage(game, options.file, {});
+    if (image.width % 4 != 0)  // a picture is stored as every fourth column, four times
+        throw CommandError(options.file + " is " + std::to_string(image.width) +
+                           " pixels wide; a picture's width is a multiple of 4");
+    graphics.SetChunkData(*options.picture, ToBmp(image));
+    game.SaveGraphics(options.save);
+}
+
+void ImportChunk(Game& game, const Options& options) {
+    clsVGAGraph& graphics = WritableGraphics(game);
+    CheckNumber("chunk", *options.chunk, graphics.NumberOfChunks());
+    graphics.SetChunkData(*options.chunk, ReadFile(options.file));
+    game.SaveGraphics(options.save);
+}
+
+void ImportAudio(Game& game, const Options& options) {
+    CheckNumber("audio chunk", *options.audio, game.Audio().NumberOfChunks());
+    game.Audio().SetChunkData(*options.audio, ReadFile(options.file));
+    game.SaveAudio(options.save);
+}
+
+void Run(const Options& options) {
+    Game game(options.folder);
+    if (options.wall)
+        ImportWall(game, options);
+    else if (options.sprite)
+        ImportSprite(game, options);
+    else if (options.sound)
+        ImportSound(game, options);
+    else if (options.picture)
+        ImportPicture(game, options);
+    else if (options.chunk)
+        ImportChunk(game, options);
+    else
+        ImportAudio(game, options);
+}
+
+}  // namespace
+
+void AddImport(CLI::App& app) {
+    CLI::App* command = app.add_subcommand("import", "Replace one item of a game by a file");
+    auto options = std::make_shared<Options>();
+    AddFolder(*command, options->folder);
+    command->add_option("FILE", options->file, "The file with the new item")->required();
+    CLI::Option_group* item = command->add_option_group("item", "What to replace");
+    const auto add = [&](const char* name, std::optional<int>& number, const char* help) {
+        item->add_option(name, number, help)->type_name("N");
+    };
+    add("--wall", options->wall, "A wall, from a PNG or BMP file");
+    add("--sprite", options->sprite, "A sprite, from a PNG or BMP file");
+    add("--sound", options->sound, "A digitised sound, from a WAV file of 7042 Hz, 8 bits, mono");
+    add("--picture", options->picture, "A picture by its chunk, from a PNG or BMP file");
+    add("--chunk", options->chunk, "A graphics chunk, from its expanded bytes");
+    add("--audio", options->audio, "An audio chunk, from its bytes");
+    item->require_option(1);
+    command
+        ->add_option("--compression", options->compression,
+                     "How sprites share pixels: none, original or good [none, as the games do]")
+        ->type_name("C")
+        ->check(CLI::IsMember({"none", "original", "good"}).description(""));
+    options->save.AddTo(*command);
+    command->callback([options] { Run(*options); });
+}
+
+}  // namespace tessaro::cli

@@ -1,0 +1,70 @@
+// tessaro sheet FOLDER OUT.png
+#include <iostream>
+
+#include "commands/commands.h"
+#include "files.h"
+#include "pictures/canvas.h"
+#include "pictures/glyphs.h"
+
+namespace tessaro::cli {
+
+namespace {
+
+constexpr int kAcross = 16, kSide = 64, kGap = 4, kLabel = kGlyphHeight + 3;
+constexpr int kCellWidth = kSide + kGap, kCellHeight = kSide + kLabel + kGap;
+constexpr Rgb kGround{24, 24, 28}, kHole{0, 96, 96}, kText{235, 235, 235};
+
+struct Section {
+    std::string title;
+    std::vector<Item> items;
+
+    int Rows() const { return (static_cast<int>(items.size()) + kAcross - 1) / kAcross; }
+};
+
+Section Collect(Game& game, const std::string& kindName) {
+    const ItemKind& kind = *KindsNamed({kindName}).front();
+    Section section;
+    for (const int number : kind.Numbers(game))
+        if (Item item = kind.Load(game, number); !item.empty)
+            section.items.push_back(std::move(item));
+    section.title = std::to_string(section.items.size()) + " " + kindName + "s with data, of " +
+                    std::to_string(kind.Numbers(game).size());
+    return section;
+}
+
+void Run(const std::string& folder, const std::string& out) {
+    Game game(folder);
+    const Section sections[] = {Collect(game, "wall"), Collect(game, "sprite")};
+    int height = kGap;
+    for (const Section& section : sections)
+        height += kLabel + kGap + section.Rows() * kCellHeight;
+    Canvas sheet(kGap + kAcross * kCellWidth, height, kGround);
+    int top = kGap;
+    for (const Section& section : sections) {
+        sheet.Text(kGap, top, section.title, kText);
+        top += kLabel + kGap;
+        for (std::size_t i = 0; i < section.items.size(); ++i) {
+            const int x = kGap + static_cast<int>(i) % kAcross * kCellWidth;
+            const int y = top + static_cast<int>(i) / kAcross * kCellHeight;
+            sheet.Fill({x, y, kSide, kSide}, kHole);
+            sheet.Draw(*section.items[i].image, {x, y, kSide, kSide});
+            sheet.Text(x + 1, y + kSide + 2, std::to_string(section.items[i].number), kText);
+        }
+        top += section.Rows() * kCellHeight;
+    }
+    WriteFile(out, sheet.Png());
+    std::cout << sections[0].title << "; " << sections[1].title << '\n';
+}
+
+}  // namespace
+
+void AddSheet(CLI::App& app) {
+    CLI::App* command =
+        app.add_subcommand("sheet", "Draw all walls and sprites on one sheet, with their numbers");
+    auto folder = std::make_shared<std::string>(), out = std::make_shared<std::string>();
+    AddFolder(*command, *folder);
+    command->add_option("OUT", *out, "The PNG file to write")->required();
+    command->callback([folder, out] { Run(*folder, *out); });
+}
+
+}  // namespace tessaro::cli

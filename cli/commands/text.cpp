@@ -1,0 +1,74 @@
+// tessaro text FOLDER --font N "..." OUT.png
+#include <iostream>
+
+#include "commands/commands.h"
+#include "console.h"
+#include "error.h"
+#include "files.h"
+
+namespace tessaro::cli {
+
+namespace {
+
+struct Options {
+    std::string folder, text, out;
+    int font = 1, ink = 15, ground = 0;
+};
+
+/// The library parts lines at carriage return and line feed; here a line break, or a backslash and
+/// an n, starts a new line.
+std::string Lines(const std::string& text) {
+    std::string lines;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool escaped = text[i] == '\\' && i + 1 < text.size() && text[i + 1] == 'n';
+        if (escaped || text[i] == '\n')
+            lines += "\r\n";
+        else if (text[i] != '\r')
+            lines += text[i];
+        i += escaped;
+    }
+    return lines;
+}
+
+void Run(const Options& options) {
+    Game game(options.folder);
+    CheckNumber("font", options.font, game.Graphics().NumberOfFonts(), 1);
+    ByteArray pixels;
+    std::int32_t width = 0, height = 0;
+    if (!game.Graphics().ConvertTextToFont(options.font, Lines(options.text), pixels, width, height,
+                                           options.ground, options.ink))
+        Fail("the text was not drawn");
+    if (width < 1 || height < 1)
+        throw CommandError("the font has none of these characters");
+    IndexedImage image;
+    image.width = width;
+    image.height = height;
+    image.colors = CurrentColors(game.Palette());
+    const std::size_t stride = pixels.size() / static_cast<std::size_t>(height);
+    for (int y = 0; y < height; ++y) {
+        const auto row = pixels.begin() + static_cast<std::ptrdiff_t>(stride) * y;
+        image.pixels.insert(image.pixels.end(), row, row + width);
+    }
+    WriteFile(options.out, ToPng(image));
+    std::cout << width << " x " << height << " pixels\n";
+}
+
+}  // namespace
+
+void AddText(CLI::App& app) {
+    CLI::App* command = app.add_subcommand("text", "Draw a text in one of the game's fonts");
+    auto options = std::make_shared<Options>();
+    AddFolder(*command, options->folder);
+    command->add_option("TEXT", options->text, "The text; \\n starts a new line")->required();
+    command->add_option("OUT", options->out, "The PNG file to write")->required();
+    command->add_option("--font", options->font, "The font's number, from 1")
+        ->required()
+        ->type_name("N");
+    command->add_option("--ink", options->ink, "The palette colour of the letters [15]")
+        ->check(CLI::Range(0, 255));
+    command->add_option("--ground", options->ground, "The palette colour behind them [0]")
+        ->check(CLI::Range(0, 255));
+    command->callback([options] { Run(*options); });
+}
+
+}  // namespace tessaro::cli

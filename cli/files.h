@@ -1,0 +1,30 @@
+// Files of the command's own: pictures, extracted items, what is to be imported.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "tessaro/types.h"
+
+namespace tessaro::cli {
+
+ByteArray ReadFile(const std::string& path);
+void WriteFile(const std::string& path, const ByteArray& bytes);
+void CreateFolders(const std::string& path);
+/// Removes a file if it is there.
+void RemoveFile(const std::string& path);
+
+/// A path below `folder`.
+std::string PathIn(const std::string& folder, const std::string& name);
+
+/// A name from a game file as a part of a file name: letters, digits, '-' and '_' stay, blanks
+/// become '-', anything else (separators and points above all) '_'; at most 40 characters.
+std::string SafeName(std::string_view name);
+
+/// The extension of a path in lower case, without the point.
+std::string ExtensionOf(const std::string& path);
+
+/// The number in decimal with leading zeros.
+std::string Padded(int number, int digits);
+
+}  // namespace tessaro::cli

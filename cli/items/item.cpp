@@ -1,0 +1,58 @@
+#include "items/item.h"
+
+#include <zlib.h>
+
+#include <numeric>
+
+#include "files.h"
+
+namespace tessaro::cli {
+
+std::string Extraction::Path(const std::string& name) {
+    CreateFolders(folder_);
+    ++files_;
+    return PathIn(folder_, name);
+}
+
+void Extraction::Write(const std::string& name, const ByteArray& bytes) {
+    WriteFile(Path(name), bytes);
+}
+
+void Extraction::Write(const std::string& stem, const IndexedImage& image) {
+    if (asBmp_)
+        Write(stem + ".bmp", ToBmp(image, image.colorCount == 16 ? 4 : 8));
+    else
+        Write(stem + ".png", ToPng(image));
+}
+
+std::string ItemKind::Stem(const Item& item) const {
+    return Name() + "-" + Padded(item.number, 3);
+}
+
+const std::vector<const ItemKind*>& ItemKinds() {
+    static const std::vector<const ItemKind*> kinds = [] {
+        std::vector<const ItemKind*> all;
+        for (const auto& room :
+             {MapKinds(), PageKinds(), GraphicsKinds(), AudioKinds(), PaletteKinds()})
+            all.insert(all.end(), room.begin(), room.end());
+        return all;
+    }();
+    return kinds;
+}
+
+std::string Checksum(const ByteArray& bytes) {
+    const uLong sum = crc32_z(crc32_z(0, nullptr, 0), bytes.data(), bytes.size());
+    constexpr char kDigits[] = "0123456789abcdef";
+    std::string text;
+    for (int shift = 28; shift >= 0; shift -= 4)
+        text += kDigits[sum >> shift & 15];
+    return text;
+}
+
+std::vector<int> CountedFrom0(int count) {
+    std::vector<int> numbers(static_cast<std::size_t>(count > 0 ? count : 0));
+    std::iota(numbers.begin(), numbers.end(), 0);
+    return numbers;
+}
+
+}  // namespace tessaro::cli
