@@ -61,7 +61,7 @@ AudioRange FindAudioRange(const std::vector<std::int32_t>& offsets, std::size_t 
                           std::int64_t fileSize) {
     const auto next = offsets.begin() + static_cast<std::ptrdiff_t>(chunk) + 1;
     const auto end = std::find_if(next, offsets.end(),
-                                  [](std::int32_t offset) { return offset != kSparseOffset; });
+                                  [](std::int32_t offset) { return offset != kSparseAudioOffset; });
     const std::int64_t offset = offsets.at(chunk);
     const std::int64_t stop = end == offsets.end() ? fileSize : std::int64_t{*end};
     return {offset, std::max<std::int64_t>(stop - offset, 0)};

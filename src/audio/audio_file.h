@@ -11,7 +11,7 @@
 namespace tessaro {
 
 /// The offset of a chunk that has no place in the data file.
-inline constexpr std::int32_t kSparseOffset = -1;
+inline constexpr std::int32_t kSparseAudioOffset = -1;
 
 //  offset   width    field
 //  0        4 each   offset of each chunk in the data file; -1: sparse

@@ -41,7 +41,7 @@ struct clsAudioT::Self {
         return static_cast<std::size_t>(chunk) + 1 < offsets.size();
     }
     bool IsSparse(std::int32_t chunk) const {
-        return IsStored(chunk) && offsets[static_cast<std::size_t>(chunk)] == kSparseOffset;
+        return IsStored(chunk) && offsets[static_cast<std::size_t>(chunk)] == kSparseAudioOffset;
     }
     /// The bytes of a chunk as the data file holds them; opens it where it is closed.
     ByteArray StoredBytes(std::int32_t chunk);
@@ -99,7 +99,7 @@ void clsAudioT::Self::Keep(std::int32_t chunks) {
     // The offset that now closes the list still has to end the chunk before it.
     const auto close = offsets.begin() + chunks;
     const auto end = std::find_if(close, offsets.end(),
-                                  [](std::int32_t offset) { return offset != kSparseOffset; });
+                                  [](std::int32_t offset) { return offset != kSparseAudioOffset; });
     if (end != offsets.end())
         *close = *end;
     offsets.erase(close + 1, offsets.end());
@@ -108,7 +108,7 @@ void clsAudioT::Self::Keep(std::int32_t chunks) {
 void clsAudioT::Self::WriteChunk(std::int32_t chunk, Written& out) {
     const auto edit = replaced.find(chunk);
     if (edit == replaced.end() && IsSparse(chunk)) {
-        out.offsets.push_back(kSparseOffset);
+        out.offsets.push_back(kSparseAudioOffset);
         return;
     }
     out.offsets.push_back(Narrow<std::int32_t>(out.data.Position()));
