@@ -1,4 +1,4 @@
-#include "art.h"
+#include "sample/art.h"
 
 #include <algorithm>
 #include <array>

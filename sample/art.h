@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "canvas.h"
+#include "sample/canvas.h"
 
 namespace tessaro::sample {
 

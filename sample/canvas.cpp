@@ -1,8 +1,8 @@
-#include "canvas.h"
+#include "sample/canvas.h"
 
 #include <algorithm>
 
-#include "letters.h"
+#include "sample/letters.h"
 
 namespace tessaro::sample {
 

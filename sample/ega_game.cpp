@@ -1,15 +1,15 @@
 #include <algorithm>
 #include <limits>
 
-#include "art.h"
 #include "foundation/bytes.h"
-#include "game_files.h"
 #include "graphics/picture_planes.h"
-#include "letters.h"
-#include "maps.h"
 #include "palette/builtin_palettes.h"
-#include "sample.h"
-#include "texts.h"
+#include "sample/art.h"
+#include "sample/game_files.h"
+#include "sample/letters.h"
+#include "sample/maps.h"
+#include "sample/sample.h"
+#include "sample/texts.h"
 
 namespace tessaro::sample {
 namespace {

@@ -1,4 +1,4 @@
-#include "game_files.h"
+#include "sample/game_files.h"
 
 #include <array>
 #include <utility>
@@ -6,7 +6,7 @@
 #include "foundation/bytes.h"
 #include "foundation/dictionary.h"
 #include "graphics/huffman.h"
-#include "sounds.h"
+#include "sample/sounds.h"
 
 namespace tessaro::sample {
 namespace {

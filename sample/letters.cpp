@@ -1,4 +1,4 @@
-#include "letters.h"
+#include "sample/letters.h"
 
 #include <array>
 #include <cstdint>

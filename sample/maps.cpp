@@ -1,4 +1,4 @@
-#include "maps.h"
+#include "sample/maps.h"
 
 #include <algorithm>
 #include <map>

@@ -1,16 +1,14 @@
-#include "sounds.h"
+#include "sample/sounds.h"
 
 #include <algorithm>
 #include <array>
 #include <string_view>
 
-#include "canvas.h"
 #include "foundation/bytes.h"
+#include "sample/canvas.h"
 
 namespace tessaro::sample {
 namespace {
-
-constexpr int kRate = 7042;
 
 /// A sine of 1024 steps a turn, -100 to 100: a parabola for each half turn.
 int Sine(int phase) {
@@ -26,7 +24,7 @@ std::uint8_t Sample(int value) {
 ByteArray Bell() {
     ByteArray samples;
     for (int i = 0; i < 9000; ++i) {
-        const int tone = Sine(i * 440 * 1024 / kRate) + Sine(i / 2 * 1211 * 1024 / kRate * 2) / 2;
+        const int tone = Sine(i * 64) + Sine(i * 177) / 2;  // 440 and 1217 turns a second
         samples.push_back(Sample(tone * (9000 - i) / 11000));
     }
     return samples;

@@ -1,11 +1,11 @@
-#include "texts.h"
+#include "sample/texts.h"
 
 #include <algorithm>
 #include <string_view>
 
-#include "canvas.h"
 #include "foundation/bytes.h"
 #include "palette/builtin_palettes.h"
+#include "sample/canvas.h"
 
 namespace tessaro::sample {
 namespace {

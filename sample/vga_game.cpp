@@ -1,15 +1,15 @@
-#include "art.h"
 #include "foundation/bytes.h"
-#include "game_files.h"
 #include "graphics/picture_planes.h"
-#include "letters.h"
-#include "maps.h"
 #include "pagefile/page_file.h"
 #include "pagefile/sprite_chunk.h"
 #include "pagefile/transpose.h"
-#include "sample.h"
-#include "sounds.h"
-#include "texts.h"
+#include "sample/art.h"
+#include "sample/game_files.h"
+#include "sample/letters.h"
+#include "sample/maps.h"
+#include "sample/sample.h"
+#include "sample/sounds.h"
+#include "sample/texts.h"
 
 namespace tessaro::sample {
 namespace {
