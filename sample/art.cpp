@@ -63,8 +63,9 @@ void Banner(Canvas& wall, int dark) {
     Bricks(wall, kGrey, dark);
     wall.Box(14, 6, 36, 46, kRed + 4 + dark);
     wall.Frame(14, 6, 36, 46, kYellow + 2 + dark);
-    for (int i = 0; i < 18; ++i)
-        wall.Box(14 + i, 52 - 0, 36 - 2 * i > 0 ? 1 : 0, i / 2, kRed + 6 + dark);
+    for (int i = 0; i < 18; ++i)  // two tails
+        for (int x : {14 + i, 49 - i})
+            wall.Box(x, 52, 1, 9 - i / 2, kRed + 6 + dark);
     DrawLantern(wall, 32, 12, 32);
 }
 
@@ -113,15 +114,13 @@ Canvas Door(int kind, int dark) {
 Canvas Beetle(int step) {
     Canvas sprite(kSide, kSide, kClear);
     const bool onItsBack = step == 3;
-    for (int leg = 0; leg < 3; ++leg) {
-        const int lift = onItsBack ? -10 : (leg + step) % 3;
-        sprite.Box(17 + leg * 10, 52 + lift, 3, 8, kBrown + 13);
-        sprite.Box(22 + leg * 10, 53 + lift / 2, 3, 7, kBrown + 11);
-    }
-    sprite.Ball(32, 46, 15, onItsBack ? kTan : kGreen + 4, onItsBack ? 8 : 9);
+    sprite.Ball(32, 46, 15, onItsBack ? kBrown + 5 : kGreen + 4, onItsBack ? 6 : 9);
     sprite.Box(17, 54, 31, 8, kClear);
-    for (int leg = 0; leg < 3 && !onItsBack; ++leg)
-        sprite.Box(18 + leg * 12, 54, 3, 7 - (leg + step) % 3 * 2, kBrown + 12);
+    for (int leg = 0; leg < 3; ++leg) {
+        const int lift = (leg + step) % 3 * 2;
+        sprite.Box(18 + leg * 12, onItsBack ? 26 : 54, 3, onItsBack ? 9 + leg % 2 * 4 : 7 - lift,
+                   kBrown + 12);
+    }
     if (!onItsBack) {
         sprite.Box(31, 33, 2, 21, kBlack);
         sprite.Disc(25, 41, 2, kYellow);
@@ -161,7 +160,7 @@ Canvas Sprite() {
 Canvas Title() {
     Canvas title(320, 200, kBlack);
     for (int y = 0; y < 200; ++y)
-        title.Box(0, y, 320, 1, kBlue + 15 - std::min(y, 140) / 12);
+        title.Box(0, y, 320, 1, kBlue + 14 - std::min(y, 140) / 13);
     for (int i = 0; i < 90; ++i)
         title.Dot(Grain(i, 1, 9) * 320 / 256, Grain(i, 2, 9) * 110 / 256,
                   i % 4 == 0 ? kWhite : kGrey + 6);

@@ -113,7 +113,9 @@ SampleMap Gatehouse() {
         .Objects(8, 38, {"o.c.c.c.c.c", "..........o", "k.c.c.c.c.c", "..........b"})
         .Objects(46, 40, {"ccc....b", "cc.o....", "c.....oo"})
         .Objects(26, 8, {"p...........p", ".............", "......K......", ".b.........b."})
-        .Object(20, 42, kSecretDoor)
+        .Carve({22, 41, 4, 3, kStone})  // behind the wall that gives way
+        .Object(21, 42, kSecretDoor)
+        .Objects(22, 41, {"oooo", "oooo", "oooo"})
         .Done();
 }
 
@@ -135,7 +137,9 @@ SampleMap Cloister() {
         builder.Object(i, 13, i % 8 == 0 ? kPlant : kLamp)
             .Object(i, 50, kLamp)
             .Object(20, i, kBeetle);
-    builder.Objects(29, 50, {"^.....c"}).Objects(29, 29, {"oooooo", "o....o", "o.kK.o", "oooooo"});
+    builder.Objects(29, 50, {"^.....c"})
+        .Object(22, 22, kKey)
+        .Objects(29, 29, {"oooooo", "o....o", "o..K.o", "oooooo"});
     return builder.Done();
 }
 

@@ -20,7 +20,7 @@ struct SampleMap {
 
 std::array<SampleMap, 3> MakeMaps();
 
-/// The header file and the data file: with the Carmack layer and a third, empty-looking plane, or
+/// The header file and the data file: with the Carmack layer and a third plane of zeros, or
 /// the older kind with RLEW alone and no third plane.
 struct MapFiles {
     ByteArray header, data;
