@@ -130,13 +130,18 @@ public:
 
     /// Writes one map into a file of its own. An existing file of a known format keeps its format,
     /// whatever `FileType` asks for; the type used is handed back in it. Nothing happens to an
-    /// existing file until the new one is complete.
+    /// existing file until the new one is complete. For an iPhone file the user fills in
+    /// frmIPhoneSettings first.
     /// @param ExportNames whether KZR files carry the map's name.
+    /// @return False, too, when the user cancels the form; nothing is written then.
     bool ExportMap(std::int32_t MapNum, const std::string& FileName, bool ExportNames,
                    enmMapFileType& FileType);
     /// Writes the listed maps into one file whose extension names the format: ".LVL" FloEdit,
     /// ".MAP" KZR, ".RTL" and ".RTC" Rise of the Triad (map i of the list in slot i). Any other
     /// extension leaves an empty file and returns True: that is meant.
+    /// FloEdit files hold 64 x 64 maps only: with any other map the list goes to a KZR file with the
+    /// extension ".map", after a question where that exists.
+    /// @return False, too, when maps that could not be loaded were left out of the file.
     bool ExportMultiMap(const std::vector<std::int32_t>& MapArray, const std::string& FileName,
                         bool ExportNames);
     /// Reads every map of a file into this set from `MapNum` on, after asking where maps have to

@@ -81,6 +81,7 @@ class MapLayouts : public MapSave, public testing::WithParamInterface<LayoutRow>
 
 TEST_P(MapLayouts, AreWrittenAndReadAgain) {
     const LayoutRow& row = GetParam();
+    maps_.CloseFile();  // an open file cannot be moved on Windows
     for (const bool older : {false, true}) {
         SharedStore().mapsAreVersion10 = false;
         folder_.Write("GAMEMAPS.TST", test::SmallData());
