@@ -20,9 +20,9 @@ struct CarmackTags {
     std::uint8_t farTag = 0xA8;
 };
 
-/// Expands codes (without their length prefix) until `length` / 2 words exist, ties rounded to
-/// even. A copy may read what it is just writing; words not written yet read as the destination
-/// holds them. Everything outside the source or the destination fails.
+/// Expands codes (without their length prefix) into a destination of zeros until `length` / 2 words
+/// exist, ties rounded to even. A copy may read what it is just writing, and words not written yet,
+/// which are 0. Everything outside the source or the destination fails.
 void CarmackExpand(ByteSpan codes, std::span<std::uint8_t> destination, std::int32_t length,
                    CarmackTags tags);
 

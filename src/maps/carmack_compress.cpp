@@ -13,134 +13,178 @@ constexpr std::size_t kLongestCopy = 255;
 constexpr std::size_t kNearestReach = 255;
 constexpr std::size_t kShortestNear = 2;
 constexpr std::size_t kShortestFar = 3;
-constexpr std::size_t kChained = 4;        // the most words that a chain is keyed by
 constexpr std::size_t kFarReach = 65'536;  // words that a far copy can name
+constexpr std::size_t kOctetWords = 8;
+constexpr std::size_t kSpareWords = kOctetWords;  // read, but never matched, behind the last word
+/// From this size on the longer keys are worth their upkeep.
+constexpr std::size_t kManyWords = 8'192;
 
 struct Match {
     std::size_t length = 1;
     std::size_t place = 0;
 };
 
-/// The earlier positions whose next `kWords` words have the same hash, latest first.
-template <std::size_t kWords>
+/// Earlier positions by a hash of the words that begin there, the latest first.
 class Chains {
 public:
     static constexpr std::uint32_t kNone = 0xFFFF'FFFF;
 
-    Chains(const std::uint16_t* words, std::size_t count)
-        : words_(words),
-          shift_(64 - std::clamp(static_cast<int>(std::bit_width(count)), 6, 16)),
-          heads_(std::size_t{1} << (64 - shift_), kNone),
+    explicit Chains(std::size_t count)
+        : shift_(64 - std::clamp(static_cast<int>(std::bit_width(count)), 6, 16)),
+          heads_(count == 0 ? 0 : std::size_t{1} << (64 - shift_), kNone),
           previous_(count) {}
 
-    std::uint64_t Key(std::size_t position) const {
-        std::uint64_t key = 0;
-        for (std::size_t i = 0; i < kWords; ++i)
-            key |= std::uint64_t{words_[position + i]} << 16 * i;
-        return key;
+    void Insert(std::size_t position, std::uint64_t key) {
+        std::uint32_t& head = heads_[Slot(key)];
+        previous_[position] = head;
+        head = static_cast<std::uint32_t>(position);
     }
     std::uint32_t First(std::uint64_t key) const { return heads_[Slot(key)]; }
     std::uint32_t Next(std::uint32_t position) const { return previous_[position]; }
 
-    /// Takes in the positions whose key ends at or before `place`, since no match may reach into
-    /// the words being coded.
-    void FillUpTo(std::size_t place) {
-        for (; filled_ + kWords <= place; ++filled_) {
-            std::uint32_t& head = heads_[Slot(Key(filled_))];
-            previous_[filled_] = std::exchange(head, static_cast<std::uint32_t>(filled_));
-        }
-    }
-
 private:
+    static constexpr std::uint64_t kScatter = 0x9E37'79B9'7F4A'7C15;
     std::size_t Slot(std::uint64_t key) const {
-        return static_cast<std::size_t>((key * 0x9E37'79B9'7F4A'7C15) >> shift_);
+        return static_cast<std::size_t>((key * kScatter) >> shift_);
     }
 
-    const std::uint16_t* words_;
     int shift_;
     std::vector<std::uint32_t> heads_;
     std::vector<std::uint32_t> previous_;
-    std::size_t filled_ = 0;
 };
 
 /// Finds what a search of every earlier position would: the longest match, of equal ones the
-/// nearest. Matches of four words and more are among the positions with the same next four words;
-/// of shorter ones only the nearest counts.
+/// nearest. A match of n words and more begins at a position with the same next n words, so that
+/// the chain of the longest key that finds anything holds the best match; of two and three words
+/// only the nearest counts.
 class MatchFinder {
 public:
-    /// `words` has kChained words to spare behind its `count`.
-    MatchFinder(const std::uint16_t* words, std::size_t count)
+    /// `words` has kSpareWords behind its `count`.
+    MatchFinder(const std::uint8_t* words, std::size_t count)
         : words_(words),
           count_(count),
-          pairs_(words, count),
-          triples_(words, count),
-          quads_(words, count) {}
+          pairs_(count),
+          triples_(count),
+          quads_(count),
+          octets_(count < kManyWords ? 0 : count) {}
 
     Match Longest(std::size_t place) {
-        pairs_.FillUpTo(place);
-        triples_.FillUpTo(place);
-        quads_.FillUpTo(place);
-        const std::size_t limit = std::min(count_ - place, kLongestCopy);
-        Match best;
-        if (limit >= kChained)
-            best = LongestOfQuads(place, limit);
-        if (best.length == 1 && limit >= kShortestFar)
-            best = Nearest(triples_, place, kFarReach, kShortestFar);
-        if (best.length == 1 && limit >= kShortestNear)
-            best = Nearest(pairs_, place, 0, kShortestNear);
-        return best;
+        FillUpTo(place);
+        std::size_t limit = std::min(count_ - place, kLongestCopy);
+        const WordQuad key = Key(place);
+        if (limit >= kOctetWords && count_ >= kManyWords) {
+            const Match match = LongestIn(octets_, OctetKey(place), place, kOctetWords, limit);
+            if (match.length > 1)
+                return match;
+            limit = kOctetWords - 1;
+        }
+        if (limit >= kQuadWords) {
+            const Match match = LongestIn(quads_, key, place, kQuadWords, limit);
+            if (match.length > 1)
+                return match;
+        }
+        if (limit >= kShortestFar) {
+            if (const Match match = NearestTriple(place, key); match.length > 1)
+                return match;
+        }
+        return limit >= kShortestNear ? NearestPair(place, key) : Match{};
     }
 
 private:
-    /// Positions from kFarReach on can be named by near copies only.
-    static bool Reachable(std::size_t position, std::size_t place, std::size_t farReach) {
-        return position < farReach || place - position <= kNearestReach;
+    WordQuad Key(std::size_t position) const { return QuadAt(words_ + position * kWordBytes); }
+    std::uint64_t OctetKey(std::size_t position) const {
+        return std::rotl(Key(position) * 0xD6E8'FEB8'6659'FD93, 32) ^ Key(position + kQuadWords);
+    }
+    /// The first two and three words of a key, apart from the rest.
+    static WordQuad Pair(WordQuad key) { return key << 32; }
+    static WordQuad Triple(WordQuad key) { return key << 16; }
+
+    /// Takes in the positions that have all the words of their key in front of the place, since no
+    /// match may reach into the words being coded. Triples and pairs wait for the same moment; the
+    /// few that could match before are compared where they are looked for.
+    void FillUpTo(std::size_t place) {
+        for (; filled_ + kQuadWords <= place; ++filled_) {
+            const WordQuad key = Key(filled_);
+            pairs_.Insert(filled_, Pair(key));
+            triples_.Insert(filled_, Triple(key));
+            quads_.Insert(filled_, key);
+        }
+        if (count_ < kManyWords)
+            return;
+        for (; octetsFilled_ + kOctetWords <= place; ++octetsFilled_)
+            octets_.Insert(octetsFilled_, OctetKey(octetsFilled_));
     }
 
-    Match LongestOfQuads(std::size_t place, std::size_t limit) const {
-        Match best{kChained - 1, 0};
-        const std::uint64_t key = quads_.Key(place);
-        for (std::uint32_t position = quads_.First(key); position != quads_.kNone;
-             position = quads_.Next(position)) {
-            const std::size_t most = std::min(place - position, limit);
-            if (most <= best.length ||
-                words_[position + best.length] != words_[place + best.length] ||
-                !Reachable(position, place, kFarReach))
+    /// Positions from kFarReach on can be named by near copies only.
+    static bool Reachable(std::size_t position, std::size_t place) {
+        return position < kFarReach || place - position <= kNearestReach;
+    }
+
+    std::size_t MatchLength(std::size_t position, std::size_t place, std::size_t most) const {
+        std::size_t length = 0;
+        while (length < most) {
+            const WordQuad difference = Key(position + length) ^ Key(place + length);
+            if (difference != 0)
+                return std::min(length + LanesBefore(difference), most);
+            length += kQuadWords;
+        }
+        return most;
+    }
+
+    /// The longest match of `least` to `limit` words in the chain of a key of `least` words.
+    Match LongestIn(const Chains& chains, std::uint64_t key, std::size_t place, std::size_t least,
+                    std::size_t limit) const {
+        Match best{least - 1, 0};
+        // A longer match has the same words where the best one ends, and one more.
+        WordQuad ending = Key(place + best.length + 1 - kQuadWords);
+        for (std::uint32_t position = chains.First(key); position != Chains::kNone;
+             position = chains.Next(position)) {
+            if (Key(position + best.length + 1 - kQuadWords) != ending)
                 continue;
-            std::size_t length = 0;
-            while (length < most && words_[position + length] == words_[place + length])
-                ++length;
+            const std::size_t most = std::min(place - position, limit);
+            if (most <= best.length || !Reachable(position, place))
+                continue;
+            const std::size_t length = MatchLength(position, place, most);
             if (length > best.length) {
                 best = {length, position};
                 if (length == limit)
                     break;
+                ending = Key(place + best.length + 1 - kQuadWords);
             }
         }
-        return best.length < kChained ? Match{} : best;
+        return best.length < least ? Match{} : best;
     }
 
-    template <std::size_t kWords>
-    Match Nearest(const Chains<kWords>& chains, std::size_t place, std::size_t farReach,
-                  std::size_t length) const {
-        const std::uint64_t key = chains.Key(place);
-        for (std::uint32_t position = chains.First(key); position != chains.kNone;
-             position = chains.Next(position)) {
-            if (!Reachable(position, place, farReach)) {
-                if (farReach == 0)
-                    break;
-                continue;
-            }
-            if (chains.Key(position) == key)
-                return {length, position};
+    Match NearestTriple(std::size_t place, WordQuad key) const {
+        if (place >= 3 && Triple(Key(place - 3)) == Triple(key))
+            return {3, place - 3};
+        for (std::uint32_t position = triples_.First(Triple(key)); position != Chains::kNone;
+             position = triples_.Next(position)) {
+            if (Triple(Key(position)) == Triple(key) && Reachable(position, place))
+                return {3, position};
         }
         return {};
     }
 
-    const std::uint16_t* words_;
+    Match NearestPair(std::size_t place, WordQuad key) const {
+        for (const std::size_t back : {2u, 3u}) {
+            if (place >= back && Pair(Key(place - back)) == Pair(key))
+                return {2, place - back};
+        }
+        for (std::uint32_t position = pairs_.First(Pair(key));
+             position != Chains::kNone && place - position <= kNearestReach;
+             position = pairs_.Next(position)) {
+            if (Pair(Key(position)) == Pair(key))
+                return {2, position};
+        }
+        return {};
+    }
+
+    const std::uint8_t* words_;
     std::size_t count_;
-    Chains<2> pairs_;
-    Chains<3> triples_;
-    Chains<kChained> quads_;
+    Chains pairs_, triples_, quads_, octets_;
+    std::size_t filled_ = 0;
+    std::size_t octetsFilled_ = 0;
 };
 
 /// A word's high half by the rule for escaping: as a signed number divided by 256, cut towards
@@ -154,9 +198,8 @@ int HighHalf(std::uint16_t word) {
 
 ByteArray CarmackCompress(ByteSpan source, LengthPrefix prefix, CarmackTags tags) {
     const std::size_t count = source.size() / kWordBytes;
-    std::vector<std::uint16_t> words(count + kChained);
-    for (std::size_t i = 0; i < count; ++i)
-        words[i] = WordAt(source.data() + i * kWordBytes);
+    ByteArray words((count + kSpareWords) * kWordBytes);
+    std::copy_n(source.begin(), count * kWordBytes, words.begin());
 
     // No word takes more than the three bytes of an escaped one.
     ByteArray packed(sizeof(std::uint32_t) + count * 3);
@@ -170,6 +213,7 @@ ByteArray CarmackCompress(ByteSpan source, LengthPrefix prefix, CarmackTags tags
     for (std::size_t place = 0; place < count;) {
         const Match match = finder.Longest(place);
         const std::size_t distance = place - match.place;
+        const std::uint16_t word = WordAt(words.data() + place * kWordBytes);
         if (match.length >= kShortestNear && distance <= kNearestReach) {
             put(match.length);
             put(tags.nearTag);
@@ -179,14 +223,13 @@ ByteArray CarmackCompress(ByteSpan source, LengthPrefix prefix, CarmackTags tags
             put(tags.farTag);
             put(match.place);
             put(match.place >> 8);
-        } else if (const int high = HighHalf(words[place]);
-                   high == tags.nearTag || high == tags.farTag) {
+        } else if (const int high = HighHalf(word); high == tags.nearTag || high == tags.farTag) {
             put(0);
             put(static_cast<std::size_t>(high));
-            put(words[place]);
+            put(word);
         } else {
-            put(words[place]);
-            put(static_cast<std::size_t>(words[place] >> 8));
+            put(word);
+            put(static_cast<std::size_t>(word >> 8));
         }
         place += match.length;
     }

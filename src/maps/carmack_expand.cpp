@@ -11,29 +11,48 @@ namespace {
 constexpr std::size_t kLongestCopy = 255;
 constexpr std::size_t kShortestCopyCode = 3;
 constexpr std::ptrdiff_t kLongestCode = 4;
-constexpr std::size_t kBlockBytes = 8;
+/// What a roomy step writes at most.
+constexpr std::ptrdiff_t kStepRoom = kBlockWords * kWordBytes;
 
-/// Copies words forwards, as if one at a time: a copy may repeat what it has just written. Whole
-/// blocks need the two places at least a block apart; the last block ends with the copy and
-/// overlaps the one before.
+/// Copies words forwards, as if one at a time: a copy may repeat what it has just written.
 void CopyWords(std::uint8_t* target, const std::uint8_t* from, std::size_t count) {
-    const std::size_t bytes = count * kWordBytes;
-    const auto apart = static_cast<std::size_t>(target - from);  // huge where `from` lies ahead
-    if (bytes < kBlockBytes || apart < kBlockBytes) {
-        for (std::uint8_t* end = target + bytes; target != end; target += kWordBytes) {
-            std::memmove(target, from, kWordBytes);
-            from += kWordBytes;
+    for (; count > 0; --count, target += kWordBytes, from += kWordBytes)
+        std::memmove(target, from, kWordBytes);
+}
+
+/// The part of an expansion that is far from both ends and has only short copies of what is there
+/// already: bytes up to `outEnd` are still to be written, so that whole blocks may spill over.
+void ExpandRoomy(CarmackTags tags, const std::uint8_t*& inPlace, const std::uint8_t* inEnd,
+                 const std::uint8_t* first, std::uint8_t*& outPlace, const std::uint8_t* outEnd) {
+    const std::uint8_t* in = inPlace;
+    std::uint8_t* out = outPlace;
+    while (inEnd - in >= kLongestCode && outEnd - out >= kStepRoom) {
+        const std::size_t count = in[0];
+        const std::uint8_t tag = in[1];
+        if (tag == tags.nearTag) {
+            const std::size_t back = in[2] * kWordBytes;
+            if (count - 1 >= kBlockWords || count * kWordBytes > back ||
+                back > static_cast<std::size_t>(out - first))
+                break;
+            CopyBlock(out, out - back);
+            out += count * kWordBytes;
+            in += 3;
+        } else if (tag == tags.farTag) {
+            const std::size_t from = WordAt(in + 2) * kWordBytes;
+            if (count - 1 >= kBlockWords ||
+                from + count * kWordBytes > static_cast<std::size_t>(out - first))
+                break;
+            CopyBlock(out, first + from);
+            out += count * kWordBytes;
+            in += 4;
+        } else {
+            std::memcpy(out, in, kWordBytes);
+            in += kWordBytes;
+            out += kWordBytes;
         }
-        return;
     }
-    std::uint8_t block[kBlockBytes];
-    const std::size_t last = bytes - kBlockBytes;
-    for (std::size_t at = 0; at < last; at += kBlockBytes) {
-        std::memcpy(block, from + at, kBlockBytes);
-        std::memcpy(target + at, block, kBlockBytes);
-    }
-    std::memcpy(block, from + last, kBlockBytes);
-    std::memcpy(target + last, block, kBlockBytes);
+    inPlace = in;
+    outPlace = out;
 }
 
 }  // namespace
@@ -52,49 +71,49 @@ void CarmackExpand(ByteSpan codes, std::span<std::uint8_t> destination, std::int
         ++words;
 
     const std::uint8_t* in = codes.data();
-    const std::uint8_t* const end = in + codes.size();
+    const std::uint8_t* const inEnd = in + codes.size();
+    std::uint8_t* const first = destination.data();
+    std::uint8_t* out = first;
     const std::size_t room = destination.size() / kWordBytes;
-    std::uint8_t* const out = destination.data();
-    std::size_t at = 0;  // in words, as all places of the output here
+    std::uint8_t* const promisedEnd = first + std::min(words, room) * kWordBytes;
     const auto need = [](bool holds) {
         if (!holds)
             throw Failure(kSubscriptOutOfRange);
     };
 
-    while (at < words) {
-        const bool roomy = end - in >= kLongestCode;
-        need(roomy || end - in >= 2);
-        const std::uint8_t count = in[0];
+    for (;;) {
+        ExpandRoomy(tags, in, inEnd, first, out, promisedEnd);
+        const auto at = static_cast<std::size_t>(out - first) / kWordBytes;
+        if (at >= words)
+            return;
+        const std::ptrdiff_t left = inEnd - in;
+        need(left >= 2);
+        const std::size_t count = in[0];
         const std::uint8_t tag = in[1];
-        if (tag != tags.nearTag && tag != tags.farTag) {
+        const bool isNear = tag == tags.nearTag;
+        if (!isNear && tag != tags.farTag) {
             need(at < room);
-            std::memcpy(out + at * kWordBytes, in, kWordBytes);
-            ++at;
+            std::memcpy(out, in, kWordBytes);
+            out += kWordBytes;
             in += 2;
-            continue;
-        }
-        if (count == 0) {
-            need((roomy || end - in >= 3) && at < room);
-            out[at * kWordBytes] = in[2];
-            out[at * kWordBytes + 1] = tag;
-            ++at;
-            in += 3;
-            continue;
-        }
-        std::size_t from;
-        if (tag == tags.nearTag) {
-            need(roomy || end - in >= 3);
-            need(in[2] <= at);
-            from = at - in[2];
+        } else if (count == 0) {
+            need(left >= 3 && at < room);
+            out[0] = in[2];
+            out[1] = tag;
+            out += kWordBytes;
             in += 3;
         } else {
-            need(roomy);
-            from = WordAt(in + 2);
-            in += 4;
+            need(left >= (isNear ? 3 : 4));
+            // A near copy from before the first word wraps round to a place beyond any room.
+            const std::size_t from = isNear ? at - in[2] : WordAt(in + 2);
+            in += isNear ? 3 : 4;
+            need(at + count <= room && from <= room - count);
+            if (from >= at && out < promisedEnd)  // words not written yet are 0, spilt or not
+                std::memset(out, 0,
+                            static_cast<std::size_t>(std::min(promisedEnd - out, kStepRoom)));
+            CopyWords(out, first + from * kWordBytes, count);
+            out += count * kWordBytes;
         }
-        need(at + count <= room && from + count <= room);
-        CopyWords(out + at * kWordBytes, out + from * kWordBytes, count);
-        at += count;
     }
 }
 

@@ -14,39 +14,75 @@ constexpr std::size_t kRunBytes = 3 * kWordBytes;
 constexpr std::size_t kLongestRun = 65'535;
 constexpr std::size_t kLongestLiteralRun = 3;
 
-using Block = std::uint64_t;
-constexpr std::size_t kBlockWords = sizeof(Block) / kWordBytes;
+/// What a roomy step reads and writes at most: a quad of words, then a run; blocks reach beyond it.
+constexpr std::ptrdiff_t kStepSource = sizeof(WordQuad) + kRunBytes;
+constexpr std::size_t kShortRun = 16;
+constexpr std::ptrdiff_t kStepRoom = (kQuadWords + kShortRun) * kWordBytes;
 
-/// The two bytes of a word four times over, in whatever order this machine keeps them.
-Block Repeated(const std::uint8_t* word) {
-    std::uint16_t pair;
-    std::memcpy(&pair, word, sizeof pair);
-    return pair * Block{0x0001'0001'0001'0001};
-}
-
-/// Writes `count` copies of a word. The last block ends with the run and overlaps the one before.
+/// Writes `count` copies of a word. The last quad ends with the run and overlaps the one before.
 void FillRun(std::uint8_t* target, std::size_t count, const std::uint8_t* word) {
-    const Block block = Repeated(word);
-    if (count >= kBlockWords) {
-        std::uint8_t* last = target + (count - kBlockWords) * kWordBytes;
-        for (; target < last; target += sizeof block)
-            std::memcpy(target, &block, sizeof block);
-        std::memcpy(last, &block, sizeof block);
+    const WordQuad copies = CopiesOf(word);
+    if (count >= kQuadWords) {
+        std::uint8_t* const last = target + (count - kQuadWords) * kWordBytes;
+        for (; target < last; target += sizeof copies)
+            PutCopies(target, copies);
+        PutCopies(last, copies);
         return;
     }
     for (; count > 0; --count, target += kWordBytes)
-        std::memcpy(target, &block, kWordBytes);
+        std::memcpy(target, word, kWordBytes);
 }
 
-/// The number of equal words from the front of `count` words on.
-std::size_t RunLength(const std::uint8_t* words, std::size_t count) {
-    const Block block = Repeated(words);
-    std::size_t length = 1;
-    for (; length + kBlockWords <= count; length += kBlockWords) {
-        if (std::memcmp(words + length * kWordBytes, &block, sizeof block) != 0)
-            break;
+/// The part of an expansion that is far from both ends and need not look at every word: bytes up
+/// to `outEnd` are still to be written, so that whole blocks may spill over.
+void ExpandRoomy(std::uint16_t tag, const std::uint8_t*& inPlace, const std::uint8_t* inEnd,
+                 std::uint8_t*& outPlace, const std::uint8_t* outEnd) {
+    const WordQuad tags = InEachLane(tag);
+    const std::uint8_t* in = inPlace;
+    std::uint8_t* out = outPlace;
+    while (inEnd - in >= kStepSource && outEnd - out >= kStepRoom) {
+        if (WordAt(in) != tag) {
+            const WordQuad words = QuadAt(in);
+            CopyQuad(out, in);
+            if (FirstZeroLane(words ^ tags) == 0) {
+                in += sizeof words;
+                out += sizeof words;
+                continue;
+            }
+            do {
+                in += kWordBytes;
+                out += kWordBytes;
+            } while (WordAt(in) != tag);
+        }
+        const std::size_t bytes = WordAt(in + kWordBytes) * kWordBytes;
+        const WordQuad value = CopiesOf(in + 2 * kWordBytes);
+        for (std::size_t done = 0; done < kShortRun * kWordBytes; done += sizeof value)
+            PutCopies(out + done, value);
+        if (bytes > kShortRun * kWordBytes) {
+            if (outEnd - out < static_cast<std::ptrdiff_t>(bytes) + kStepRoom)
+                break;
+            for (std::size_t done = kShortRun * kWordBytes; done < bytes; done += sizeof value)
+                PutCopies(out + done, value);
+        }
+        in += kRunBytes;
+        out += bytes;
     }
-    while (length < count && std::memcmp(words + length * kWordBytes, words, kWordBytes) == 0)
+    inPlace = in;
+    outPlace = out;
+}
+
+/// The number of words from the front of `count` on that are equal.
+std::size_t RunLength(const std::uint8_t* words, std::size_t count) {
+    const std::uint16_t first = WordAt(words);
+    const WordQuad quad = InEachLane(first);
+    std::size_t length = 1;
+    while (count - length >= kQuadWords) {
+        const WordQuad same = QuadAt(words + length * kWordBytes) ^ quad;
+        if (same != 0)
+            return length + LanesBefore(same);
+        length += kQuadWords;
+    }
+    while (length < count && WordAt(words + length * kWordBytes) == first)
         ++length;
     return length;
 }
@@ -67,34 +103,38 @@ RlewExpansion RlewExpand(std::uint16_t tag, ByteSpan source, std::span<std::uint
     }
 
     const std::uint8_t* in = source.data();
-    const std::uint8_t* const end = in + source.size();
-    std::uint8_t* out = destination.data();
-    std::size_t room = destination.size() / kWordBytes;
-    const auto fits = [&](std::size_t words) {
-        if (words > room && overrun == Overrun::Fails)
-            throw Failure(kSubscriptOutOfRange);
-        return std::min(words, room);
-    };
+    const std::uint8_t* const inEnd = in + source.size();
+    std::uint8_t* const first = destination.data();
+    std::uint8_t* out = first;
+    std::uint8_t* const outEnd = first + destination.size() / kWordBytes * kWordBytes;
+    std::uint8_t* const promisedEnd =
+        first + std::min(static_cast<std::ptrdiff_t>(std::max(length, 0)), outEnd - first);
+    ExpandRoomy(tag, in, inEnd, out, promisedEnd);
 
-    while (in != end && length > 0) {
-        if (end - in < static_cast<std::ptrdiff_t>(kWordBytes))
-            throw Failure(kSubscriptOutOfRange);
+    std::ptrdiff_t left = length - (out - first);
+    while (in != inEnd && left > 0) {
         std::size_t count = 1;
-        const std::uint8_t* word = in;
+        if (inEnd - in < static_cast<std::ptrdiff_t>(kWordBytes))
+            throw Failure(kSubscriptOutOfRange);
         if (WordAt(in) == tag) {
-            if (end - in < static_cast<std::ptrdiff_t>(kRunBytes))
+            if (inEnd - in < static_cast<std::ptrdiff_t>(kRunBytes))
                 throw Failure(kSubscriptOutOfRange);
             count = WordAt(in + kWordBytes);
-            word = in + 2 * kWordBytes;
+            in += 2 * kWordBytes;
         }
-        const std::size_t written = fits(count);
-        FillRun(out, written, word);
-        out += written * kWordBytes;
-        room -= written;
-        length -= static_cast<std::int32_t>(count * kWordBytes);
-        in = word + kWordBytes;
+        const auto bytes = static_cast<std::ptrdiff_t>(count * kWordBytes);
+        if (bytes > outEnd - out && overrun == Overrun::Fails)
+            throw Failure(kSubscriptOutOfRange);
+        const std::ptrdiff_t written = std::min(bytes, outEnd - out);
+        FillRun(out, static_cast<std::size_t>(written) / kWordBytes, in);
+        out += written;
+        left -= bytes;
+        in += kWordBytes;
     }
-    result.endedEarly = length > 0;
+    length = static_cast<std::int32_t>(left);
+    result.endedEarly = left > 0;
+    if (result.endedEarly)  // what blocks have spilt
+        std::memset(out, 0, static_cast<std::size_t>(std::min(outEnd - out, kStepRoom)));
     return result;
 }
 

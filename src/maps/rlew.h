@@ -21,9 +21,9 @@ struct RlewExpansion {
     bool endedEarly = false;     ///< the source ended before the length was reached
 };
 
-/// Expands into `destination`, whose bytes beyond the words written keep their values. A `length`
-/// below 1 is read from the source's prefix; afterwards it holds what is left over: 0 or below,
-/// positive where the source ended early. A source that ends inside a word or a run fails.
+/// Expands into a destination of zeros. A `length` below 1 is read from the source's prefix;
+/// afterwards it holds what is left over: 0 or below, positive where the source ended early, which
+/// leaves the rest 0. A source that ends inside a word or a run fails.
 RlewExpansion RlewExpand(std::uint16_t tag, ByteSpan source, std::span<std::uint8_t> destination,
                          std::int32_t& length, LengthPrefix prefix, Overrun overrun);
 
