@@ -49,7 +49,8 @@ class SmallMaps : public testing::Test {
 protected:
     void SetUp() override {
         FreshStore(folder_.Path());
-        folder_.MakeFolder("backup");
+        if (!FolderExists(folder_.File("backup")))
+            folder_.MakeFolder("backup");
         SharedStore().backupFolder = folder_.File("backup");
         SharedStore().mapHeaderFile = folder_.Write("MAPHEAD.TST", SmallHeader());
         SharedStore().gameMapsFile = folder_.Write("GAMEMAPS.TST", SmallData());
