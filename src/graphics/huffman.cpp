@@ -23,11 +23,11 @@ void Store64(std::uint8_t* bytes, std::uint64_t value) {
     std::memcpy(bytes, &value, 8);
 }
 
-unsigned SymbolCount(DecodeStep step) {
-    return static_cast<unsigned>(step >> 48) & 0xFF;
+std::size_t SymbolCount(DecodeStep step) {
+    return static_cast<std::size_t>(step >> 56);
 }
 unsigned BitCount(DecodeStep step) {
-    return static_cast<unsigned>(step >> 56);
+    return static_cast<unsigned>(step & 63);
 }
 
 /// A walk through a stream, bit by bit or in steps of the decode table.
@@ -68,48 +68,64 @@ public:
     }
 
 private:
+    // Each step of a round stores 8 bytes whatever its number of symbols. The surplus is
+    // overwritten later for sure: 8 more symbols are both wanted and, even if they have the longest
+    // codes, in the stream.
     std::size_t FillFast(std::span<std::uint8_t> target, const DecodeTable& table) {
-        constexpr std::size_t kRound = 4;  // steps from one load: 4 x 12 of its 57 sure bits
+        constexpr std::size_t kRound = 4;  // steps from one load: 4 x 12 of its 56 sure bits
+        constexpr std::size_t kRoom = kRound * DecodeTable::kSymbols + 8;
         constexpr std::uint64_t kMask = (std::uint64_t{1} << DecodeTable::kBits) - 1;
-        const DecodeStep* const steps = table.steps.data();
-        std::uint8_t* const out = target.data();
+        const std::uint64_t ahead = 128 + std::uint64_t{8} * table.longest;
         std::size_t count = 0;
+        while (count + kRoom <= target.size() && bit_ + ahead <= bitEnd_) {
+            const DecodeStep* const steps = table.steps.data();
+            const std::uint8_t* in = source_.data() + ByteIndex();
+            const std::uint8_t* const lastIn = source_.data() + (bitEnd_ - ahead) / 8;
+            std::uint8_t* out = target.data() + count;
+            const std::uint8_t* const lastOut = target.data() + (target.size() - kRoom);
 
-        // Each step stores 8 bytes whatever its number of symbols. The surplus is overwritten
-        // later for sure: 8 more symbols are both wanted and, at their longest, in the stream.
-        const std::size_t room = kRound * DecodeTable::kSymbols + 8;
-        const std::uint64_t ahead = 64 + std::uint64_t{8} * table.longest;
-        if (target.size() >= room && bitEnd_ >= ahead) {
-            const std::size_t lastCount = target.size() - room;
-            const std::uint64_t lastBit = bitEnd_ - ahead;
-            while (count <= lastCount && bit_ <= lastBit) {
-                std::uint64_t bits = Load64(source_.data() + (bit_ >> 3)) >> (bit_ & 7);
-                DecodeStep step = 0;
+            // `bits` holds `ready` bits of the stream, those before `in`; a load adds whole bytes
+            // above them, and where it brings bits of the next byte too, they come again later.
+            auto ready = 8 - static_cast<unsigned>(bit_ & 7);
+            std::uint64_t bits = std::uint64_t{*in++} >> (bit_ & 7);
+            DecodeStep last = 0;
+            do {
+                bits |= Load64(in) << ready;
+                in += (63 - ready) >> 3;
+                ready |= 56;
+                std::uint64_t sum = 0;
                 for (std::size_t i = 0; i < kRound; ++i) {
-                    step = steps[bits & kMask];
-                    Store64(out + count, step);
-                    count += SymbolCount(step);
-                    bit_ += BitCount(step);
-                    bits >>= BitCount(step);
+                    last = steps[bits & kMask];
+                    bits >>= BitCount(last);
+                    Store64(out, last >> 8);
+                    out += SymbolCount(last);
+                    sum += last;
                 }
-                if (SymbolCount(step) == 0)
-                    count += LongCode(out[count]);
-            }
+                ready -= static_cast<unsigned>(sum & 63);
+            } while (SymbolCount(last) != 0 && out <= lastOut && in <= lastIn);
+            bit_ = static_cast<std::uint64_t>(in - source_.data()) * 8 - ready;
+            count = static_cast<std::size_t>(out - target.data());
+            if (SymbolCount(last) == 0)
+                count += LongCode(target[count]);
         }
+        return FillCarefully(target, count, table);
+    }
 
-        // The rest up to where a step might take more than there is.
+    /// Goes on from `count` up to where a step might take more than there is.
+    std::size_t FillCarefully(std::span<std::uint8_t> target, std::size_t count,
+                              const DecodeTable& table) {
         while (count + DecodeTable::kSymbols <= target.size() &&
                bit_ + DecodeTable::kBits <= bitEnd_) {
-            const DecodeStep step = steps[Next12Bits()];
+            const DecodeStep step = table.steps[Next12Bits()];
             if (SymbolCount(step) == 0) {
-                const std::size_t whole = LongCode(out[count]);
+                const std::size_t whole = LongCode(target[count]);
                 if (whole == 0)
                     break;
                 count += whole;
                 continue;
             }
-            for (unsigned i = 0; i < SymbolCount(step); ++i)
-                out[count++] = static_cast<std::uint8_t>(step >> (8 * i));
+            for (std::size_t i = 1; i <= SymbolCount(step); ++i)
+                target[count++] = static_cast<std::uint8_t>(step >> (8 * i));
             bit_ += BitCount(step);
         }
         return count;
@@ -138,58 +154,59 @@ private:
     bool withinCode_ = false;
 };
 
-/// Writes the codes of `source` to a buffer that is large enough and returns the bytes used, the
-/// last one partly filled or empty. Between two stores lie `kGroup` codes, which with up to 7 bits
-/// left over fit the accumulator.
+/// The codes of `source` behind `room` bytes of zero; the last byte is partly filled or empty.
+/// Between two stores lie `kGroup` codes, which with up to 7 bits left over fit the accumulator.
 template <unsigned kGroup>
-std::size_t PackCodes(ByteSpan source, const std::array<Code, 256>& codes, std::uint8_t* out) {
-    const std::uint8_t* const start = out;
+ByteArray PackCodes(std::size_t room, ByteSpan source, const std::array<Code, 256>& codes) {
+    constexpr std::size_t kBlock = 64 * kGroup;          // codes between two looks at the space
+    constexpr std::size_t kBlockSize = 4 * kBlock + 8;   // 32 bits each, and a store's surplus
+    ByteArray bytes(room + source.size() + kBlockSize);  // mostly enough
+    std::size_t used = room;
     std::uint64_t pending = 0;
     unsigned pendingBits = 0;
-    const auto append = [&](std::uint64_t bits, unsigned length) {
-        pending |= bits << pendingBits;
-        pendingBits += length;
-        Store64(out, pending);
-        out += pendingBits >> 3;
-        const unsigned half = (pendingBits & ~7U) / 2;  // twice, since 64 at once is too far
-        pending = pending >> half >> half;
-        pendingBits &= 7;
-    };
-    std::size_t i = 0;
-    for (; i + kGroup <= source.size(); i += kGroup) {
-        std::uint64_t bits = 0;
-        unsigned length = 0;
-        for (unsigned k = 0; k < kGroup; ++k) {
-            const Code& code = codes[source[i + k]];
-            bits |= std::uint64_t{code.bits} << length;
-            length += code.length;
+    for (std::size_t done = 0; done < source.size();) {
+        const std::size_t end = std::min(done + kBlock, source.size());
+        if (bytes.size() - used < kBlockSize)
+            bytes.resize(2 * bytes.size() + kBlockSize);
+        std::uint8_t* out = bytes.data() + used;
+        const auto append = [&](std::uint64_t bits, unsigned length) {
+            pending |= bits << pendingBits;
+            pendingBits += length;
+            Store64(out, pending);
+            out += pendingBits >> 3;
+            const unsigned half = (pendingBits & ~7U) / 2;  // twice, since 64 at once is too far
+            pending = pending >> half >> half;
+            pendingBits &= 7;
+        };
+        for (; done + kGroup <= end; done += kGroup) {
+            std::uint64_t bits = 0;
+            unsigned length = 0;
+            for (unsigned k = 0; k < kGroup; ++k) {
+                const Code& code = codes[source[done + k]];
+                bits |= std::uint64_t{code.bits} << length;
+                length += code.length;
+            }
+            append(bits, length);
         }
-        append(bits, length);
+        for (; done < end; ++done)
+            append(codes[source[done]].bits, codes[source[done]].length);
+        used = static_cast<std::size_t>(out - bytes.data());
     }
-    for (; i < source.size(); ++i)
-        append(codes[source[i]].bits, codes[source[i]].length);
-    *out = static_cast<std::uint8_t>(pending);
-    return static_cast<std::size_t>(out - start) + 1;
+    bytes[used] = static_cast<std::uint8_t>(pending);
+    bytes.resize(used + 1);
+    return bytes;
 }
 
 /// The stream for `source` behind `room` bytes of zero.
 ByteArray CompressBehind(std::size_t room, ByteSpan source, const HuffDictionary& dictionary) {
     const CodeTable& table = CodeTableFor(dictionary);
-    std::uint64_t bits = 0;
-    for (const std::uint8_t value : source) {
-        const std::uint32_t length = table.codes[value].length;
-        if (length > 32)
-            throw Failure(kSubscriptOutOfRange);
-        bits += length;
-    }
-    ByteArray bytes(room + static_cast<std::size_t>(bits / 8) + 1 + 8);  // a store writes 8 bytes
-    std::uint8_t* const stream = bytes.data() + room;
-    const std::size_t size = table.longest <= 14   ? PackCodes<4>(source, table.codes, stream)
-                             : table.longest <= 19 ? PackCodes<3>(source, table.codes, stream)
-                             : table.longest <= 28 ? PackCodes<2>(source, table.codes, stream)
-                                                   : PackCodes<1>(source, table.codes, stream);
-    bytes.resize(room + size);
-    return bytes;
+    const auto unfit = [&](std::uint8_t value) { return table.codes[value].length > 32; };
+    if (table.longest > 32 && std::ranges::any_of(source, unfit))
+        throw Failure(kSubscriptOutOfRange);
+    return table.longest <= 14   ? PackCodes<4>(room, source, table.codes)
+           : table.longest <= 19 ? PackCodes<3>(room, source, table.codes)
+           : table.longest <= 28 ? PackCodes<2>(room, source, table.codes)
+                                 : PackCodes<1>(room, source, table.codes);
 }
 
 }  // namespace

@@ -112,10 +112,10 @@ DecodeTable BuildDecodeTable(const HuffDictionary& dictionary) {
             const Symbol& symbol = first[index >> used];
             if (symbol.length == 0 || used + symbol.length > DecodeTable::kBits)
                 break;
-            step |= DecodeStep{symbol.value} << (8 * count++);
+            step |= DecodeStep{symbol.value} << (8 * ++count);
             used += symbol.length;
         }
-        table.steps[index] = step | DecodeStep{count} << 48 | DecodeStep{used} << 56;
+        table.steps[index] = step | DecodeStep{used} | DecodeStep{count} << 56;
     }
     return table;
 }

@@ -10,9 +10,9 @@
 
 namespace tessaro {
 
-/// The symbols that the next 12 bits hold: up to six in bytes 0 to 5 in stream order, their
-/// number in byte 6, the bits that they take in byte 7. A first code longer than 12 bits gives 0
-/// symbols and 0 bits.
+/// The symbols that the next 12 bits hold: the bits that they take in byte 0, where a shift finds
+/// them at once, up to six symbols in bytes 1 to 6 in stream order, their number in byte 7. A first
+/// code longer than 12 bits gives 0 symbols and 0 bits.
 using DecodeStep = std::uint64_t;
 
 struct DecodeTable {

@@ -1,0 +1,456 @@
+// A small VGA set: opening, serving, replacing and saving.
+#include "tessaro/vga_graph.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "graphics/set_builder.h"
+
+namespace tessaro {
+namespace {
+
+using test::Ascii;
+using test::BuiltChunk;
+using test::Hex;
+using test::Joined;
+using test::Noise;
+using test::PixelsOf;
+using test::SetFolder;
+
+ByteArray EndScreen() {
+    return Joined({Hex("FD00B80000A00F"), Noise(4000), Hex("1A")});
+}
+
+ByteArray DemoBytes(std::uint8_t level) {
+    return Joined({{level, 10, 0, 0}, Hex("010203 040506")});
+}
+
+std::vector<BuiltChunk> VgaChunks() {
+    return {
+        {Hex("0800 0100 0A00 0200 0400 0200"), false, false, false, "!ID!"},  // 0: 3 pictures
+        {test::FontChunk(Hex("0F000F000F 000F0F0000"))},                      // 1
+        {Hex("0102 0304 0506 0708")},                                         // 2: 8 x 1
+        {Noise(20)},                                                          // 3: 10 x 2
+        {Hex("0102 0304 0506 0708"), false, false, false, "!ID!"},            // 4: 4 x 2
+        {Noise(35 * 64, 4), true},                                            // 5: tiles
+        {EndScreen()},                                                        // 6
+        {ByteArray(768, 63)},                                                 // 7: a palette
+        {{}, false, true},                                                    // 8: sparse
+        {DemoBytes(5)},                                                       // 9
+        {Ascii("^Ptext^E")},                                                  // 10
+        {Noise(300, 5)},                                                      // 11
+        {Hex("0102"), false, false, true},                                    // 12: too short
+        {Ascii("JAMP....")},                                                  // 13
+    };
+}
+
+struct OpenSet {
+    explicit OpenSet(const std::vector<BuiltChunk>& chunks = VgaChunks()) : set(chunks, false) {
+        EXPECT_TRUE(graph.InitializeGraphics());
+        graph.SaveStatus = [this](std::int32_t, std::int32_t) { ++steps; };
+        graph.SaveError = [this](std::int32_t chunk, const std::string& text) {
+            errors.push_back(std::to_string(chunk) + ": " + text);
+        };
+        graph.SaveComplete = [this](bool success) { completed.push_back(success); };
+    }
+    ByteArray Load(std::int32_t chunk) {
+        ByteArray data;
+        EXPECT_TRUE(graph.LoadTessaro(chunk, data)) << chunk;
+        return data;
+    }
+    std::string LastBox() const { return user.boxes.empty() ? "" : user.boxes.back().prompt; }
+
+    SetFolder set;
+    test::ScriptedUserInterface user;
+    clsVGAGraph graph;
+    int steps = 0;
+    std::vector<std::string> errors;
+    std::vector<bool> completed;
+};
+
+TEST(VgaGraph, EveryChunkIsTyped) {
+    OpenSet open;
+    const std::vector<enmVGRAGRAPHTypes> types{
+        vgSTRUCTPIC, vgFont,   vgPicture, vgPicture, vgPicture, vgTile8, vgEndScreen,
+        vgPalette,   vgSparse, vgDemo,    vgEndArt,  vgMisc,    vgMisc,  vgJAMP};
+    for (std::size_t i = 0; i < types.size(); ++i)
+        EXPECT_EQ(open.graph.ChunkDataType(static_cast<std::int32_t>(i)), types[i]) << i;
+    EXPECT_EQ(open.graph.DemoLevel(0), 5);
+    EXPECT_EQ(open.Load(12), ByteArray(1));  // one byte stands for no data
+    EXPECT_TRUE(open.user.boxes.empty());
+    EXPECT_EQ(open.graph.DemoLevel(1), -1);
+    EXPECT_EQ(open.graph.ChunkDataType(14), vgUnknown);
+}
+
+TEST(VgaGraph, WhatCannotBeServedIsReported) {
+    OpenSet open;
+    clsVGAGraph& graph = open.graph;
+    ByteArray data{7, 7};
+    std::int32_t height = 1, width = 2;
+    std::vector<std::int32_t> colors;
+    struct Row {
+        const char* name;
+        std::function<void()> call;
+        const char* title;
+        const char* text;
+    };
+    for (const Row& row : {
+             Row{"sparse", [&] { EXPECT_FALSE(graph.LoadTessaro(8, data)); },
+                 "clsVGAGraph.LoadChunk Error", "Tried to load sparse tile at chunk 8"},
+             Row{"no chunk", [&] { EXPECT_FALSE(graph.LoadTessaro(14, data)); },
+                 "clsVGAGraph.LoadTessaro Error", "Subscript out of range"},
+             Row{"no picture", [&] { EXPECT_FALSE(graph.LoadWolfPicture(5, data, height, width)); },
+                 "clsVGAGraph.LoadWolfPicture Error", "Procedure was called for unsupported type!"},
+             Row{"no palette chunk", [&] { graph.SetPaletteToChunk(99); },
+                 "clsVGAGraph.SetPaletteToChunk Error", "Invalid chunk number: 99"},
+             Row{"not a palette", [&] { graph.SetPaletteToChunk(9); },
+                 "clsVGAGraph.SetPaletteToChunk Error", "Chunk number 9 is not a palette."},
+             Row{"no palette bytes", [&] { EXPECT_FALSE(graph.LoadWolfPalette(9, colors)); },
+                 "clsVGAGraph.LoadWolfPalette Error", "Subscript out of range"},
+             Row{"no tile", [&] { EXPECT_FALSE(graph.LoadTile8(35, data)); },
+                 "clsVGAGraph.LoadTile8 Error", "Subscript out of range"},
+             Row{"no font", [&] { EXPECT_EQ(graph.NumberOfFontCharacters(2), 0); },
+                 "clsVGAGraph.NumberOfFontCharacters Error", "Subscript out of range"},
+             Row{"no colour", [&] { EXPECT_FALSE(graph.GetFontCharacter(1, 65, data, 256)); },
+                 "clsVGAGraph.GetFontCharacter Error", "Overflow"},
+         }) {
+        SCOPED_TRACE(row.name);
+        open.user.boxes.clear();
+        row.call();
+        ASSERT_FALSE(open.user.boxes.empty());
+        EXPECT_EQ(open.user.boxes.back().title, row.title);
+        EXPECT_NE(open.LastBox().find(row.text), std::string::npos) << open.LastBox();
+    }
+    EXPECT_EQ(colors, std::vector<std::int32_t>(256));
+    EXPECT_EQ(height, 1);
+    EXPECT_EQ(width, 2);
+    EXPECT_EQ(SharedStore().palette[9], 9);
+}
+
+TEST(VgaGraph, PicturesTilesAndPalettes) {
+    OpenSet open;
+    ByteArray image;
+    std::int32_t height = 0, width = 0;
+    ASSERT_TRUE(open.graph.LoadWolfPicture(2, image, height, width));
+    EXPECT_EQ(PixelsOf(image), Hex("0103 0507 0204 0608"));  // columns 0 and 4 come first
+    ASSERT_TRUE(open.graph.LoadWolfPicture(4, image, height, width));
+    EXPECT_EQ(PixelsOf(image), Hex("0204 0608 0103 0507"));  // two rows, the lower one first
+    // Ten pixels across are two columns a plane: the last two stay empty.
+    ASSERT_TRUE(open.graph.LoadWolfPicture(3, image, height, width));
+    EXPECT_EQ(PixelsOf(image)[8], 0);
+    EXPECT_EQ(PixelsOf(image)[9], 0);
+
+    const ByteArray tiles = open.Load(5);
+    ASSERT_TRUE(open.graph.LoadTile8(3, image));
+    const ByteArray tile = PixelsOf(image);
+    EXPECT_EQ(tile[7 * 8], tiles[192]);           // plane 0, first row
+    EXPECT_EQ(tile[7 * 8 + 1], tiles[192 + 16]);  // plane 1
+    EXPECT_EQ(tile[7], tiles[255]);               // plane 3, last byte
+    ASSERT_TRUE(open.graph.LoadCompleteTile8(image, height, width));
+    EXPECT_EQ(width, 40);
+    EXPECT_EQ(height, 56);
+    const ByteArray sheet = PixelsOf(image);
+    EXPECT_EQ(sheet[55 * 40 + 24], tiles[192]);  // tile 3 in the first row of five
+    EXPECT_EQ(sheet[47 * 40], tiles[64 * 5]);    // tile 5 begins the second row
+
+    std::vector<std::int32_t> colors;
+    ASSERT_TRUE(open.graph.LoadWolfPalette(7, colors));
+    EXPECT_EQ(colors, std::vector<std::int32_t>(256, 16579836));
+    open.graph.SetChunkData(7, Joined({Hex("40 00 80"), ByteArray(765)}));
+    ASSERT_TRUE(open.graph.LoadWolfPalette(7, colors));
+    EXPECT_EQ(colors[0], 0x02000100);  // what is above 63 spills over
+    ASSERT_TRUE(open.graph.LoadWolfPicture(2, image, height, width, true));
+    EXPECT_EQ(SharedStore().palette[0], 0x02000100);
+}
+
+TEST(VgaGraph, ImagesReplacePictures) {
+    OpenSet open;
+    ByteArray image, small;
+    std::int32_t height = 0, width = 0;
+    ASSERT_TRUE(open.graph.LoadWolfPicture(2, image, height, width));
+    open.graph.SetChunkData(4, image);  // 8 x 1 in place of 4 x 2
+    EXPECT_EQ(open.Load(4), Hex("0102 0304 0506 0708"));
+    open.graph.GetPictureDimensions(4, width, height);
+    EXPECT_EQ(width, 8);
+    EXPECT_EQ(height, 1);
+    EXPECT_EQ(open.Load(0), Hex("0800 0100 0A00 0200 0800 0100"));
+
+    ByteArray sheet, again;
+    ASSERT_TRUE(open.graph.LoadCompleteTile8(sheet, height, width));
+    const ByteArray tiles = open.Load(5);
+    open.graph.SetChunkData(5, sheet);
+    EXPECT_EQ(open.Load(5), tiles);
+
+    // What does not fit is refused and changes nothing; what only looks like an image is data.
+    ASSERT_TRUE(open.graph.LoadTile8(0, small));
+    EXPECT_TRUE(open.user.boxes.empty());
+    open.graph.SetChunkData(5, small);
+    EXPECT_NE(open.LastBox().find("The image must be 40 x 56 pixels."), std::string::npos);
+    ByteArray odd = image;
+    odd[18] = 6;
+    open.graph.SetChunkData(2, odd);
+    EXPECT_NE(open.LastBox().find("must be a multiple of 4"), std::string::npos);
+    EXPECT_EQ(open.Load(2), Hex("0102 0304 0506 0708"));
+    open.graph.SetChunkData(11, image);
+    EXPECT_EQ(open.Load(11), image);
+}
+
+TEST(VgaGraph, TextIsDrawn) {
+    OpenSet open;
+    ByteArray pixels;
+    std::int32_t width = 0, height = 0;
+    ASSERT_TRUE(open.graph.ConvertTextToFont(1, "A\r\nxAA", pixels, width, height, 1, 2));
+    EXPECT_EQ(width, 10);
+    EXPECT_EQ(height, 4);
+    EXPECT_EQ(pixels, Hex("020102010201010101010101"
+                          "010202010101010101010101"
+                          "020102010202010201020101"
+                          "010202010101020201010101"));
+    ASSERT_TRUE(open.graph.ConvertTextToFont(1, "", pixels, width, height));
+    EXPECT_TRUE(pixels.empty());
+    EXPECT_EQ(width, 0);
+    EXPECT_EQ(height, 2);
+    ASSERT_TRUE(open.graph.GetFontCharacter(1, 'B', pixels, 4));
+    EXPECT_EQ(pixels, ByteArray{4});
+}
+
+TEST(VgaGraph, SavingKeepsWhatNobodyReplaced) {
+    OpenSet open;
+    const auto header = open.set.folder.Read("VGAHEAD.TST");
+    const auto data = open.set.folder.Read("VGAGRAPH.TST");
+    ASSERT_TRUE(open.graph.SaveVGAGraph());
+    EXPECT_EQ(open.set.folder.Read("VGAHEAD.TST"), header);
+    EXPECT_EQ(open.set.folder.Read("VGAGRAPH.TST"), data);
+    EXPECT_EQ(open.steps, 14);
+    EXPECT_EQ(open.completed, std::vector<bool>{true});
+
+    open.graph.SetChunkData(8, Hex("AABBCCDD"));  // sparse no longer
+    open.graph.SetChunkData(11, Hex("55"));       // shorter than what a chunk usually holds
+    open.graph.NumberOfChunks(16);
+    ASSERT_TRUE(open.graph.SaveVGAGraph());
+    clsVGAGraph again;
+    ASSERT_TRUE(again.InitializeGraphics());
+    EXPECT_EQ(again.NumberOfChunks(), 16);
+    for (clsVGAGraph* reader : {&open.graph, &again}) {
+        ByteArray bytes;
+        ASSERT_TRUE(reader->LoadTessaro(8, bytes));
+        EXPECT_EQ(bytes, Hex("AABBCCDD"));
+        ASSERT_TRUE(reader->LoadTessaro(11, bytes));
+        EXPECT_EQ(bytes, Hex("55"));
+        ASSERT_TRUE(reader->LoadTessaro(9, bytes));
+        EXPECT_EQ(bytes, DemoBytes(5));
+        ASSERT_TRUE(reader->LoadTessaro(15, bytes));
+        EXPECT_EQ(bytes, ByteArray(1));
+    }
+    again.NumberOfChunks(7);
+    ASSERT_TRUE(again.SaveVGAGraph());
+    ASSERT_TRUE(again.InitializeGraphics());
+    EXPECT_EQ(again.NumberOfChunks(), 7);
+    EXPECT_EQ(again.ChunkDataType(6), vgEndScreen);
+    EXPECT_TRUE(open.user.boxes.empty());
+}
+
+TEST(VgaGraph, AnotherDictionaryMeansCompressingAgain) {
+    OpenSet open;
+    std::array<std::int32_t, 256> counts{};
+    for (std::size_t i = 0; i < counts.size(); ++i)
+        counts[i] = static_cast<std::int32_t>(i) + 1;
+    SharedStore().compileDictionary = Huffmanize(counts);
+    SharedStore().compileDictionaryLoaded = true;
+    SharedStore().compileExtension = "NEW";  // elsewhere: the container stays on its files
+    ASSERT_TRUE(open.graph.SaveVGAGraph());
+    EXPECT_EQ(open.set.folder.Read("VGADICT.NEW"),
+              WriteDictionary(SharedStore().compileDictionary));
+    const ByteArray picture = open.Load(3);
+
+    Store& store = SharedStore();
+    for (std::string* path : {&store.vgaHeaderFile, &store.vgaGraphFile, &store.vgaDictFile})
+        path->replace(path->size() - 3, 3, "NEW");
+    clsVGAGraph again;
+    ASSERT_TRUE(again.InitializeGraphics());
+    const std::vector<BuiltChunk> chunks = VgaChunks();
+    for (std::size_t i = 0; i < chunks.size(); ++i) {
+        if (chunks[i].sparse || chunks[i].plain)
+            continue;
+        ByteArray bytes;
+        ASSERT_TRUE(again.LoadTessaro(static_cast<std::int32_t>(i), bytes));
+        EXPECT_EQ(bytes, chunks[i].bytes) << i;
+    }
+    EXPECT_EQ(open.Load(3), picture);
+
+    // A value without a code would be lost silently.
+    store.compileDictionary[0] = store.compileDictionary[1];
+    EXPECT_FALSE(open.graph.SaveVGAGraph());
+    EXPECT_EQ(open.completed, (std::vector<bool>{true, false}));
+    ASSERT_EQ(open.errors.size(), 1u);
+    EXPECT_NE(open.errors[0].find("no code"), std::string::npos) << open.errors[0];
+}
+
+TEST(VgaGraph, ASaveThatIsNotPermittedDoesNothing) {
+    OpenSet open;
+    const auto before = ListFiles(open.set.folder.Path(), "*");
+    SharedStore().canCompileVGAGraph = false;
+    EXPECT_FALSE(open.graph.SaveVGAGraph());
+    EXPECT_EQ(open.completed, std::vector<bool>{false});
+    EXPECT_NE(open.LastBox().find("cannot be saved"), std::string::npos);
+    SharedStore().canCompileVGAGraph = true;
+    SharedStore().outputFolder.clear();
+    EXPECT_FALSE(open.graph.SaveVGAGraph());
+    DeleteFileAt(open.set.folder.File("Error.log"));
+    EXPECT_EQ(ListFiles(open.set.folder.Path(), "*"), before);
+}
+
+// Whichever file operation fails, the old files are there and the edit is kept for the next save.
+TEST(VgaGraph, FaultLadder) {
+    for (int failAt = 1;; ++failAt) {
+        SCOPED_TRACE(failAt);
+        ASSERT_LT(failAt, 200);
+        OpenSet open;
+        open.graph.SetChunkData(11, Hex("0102030405"));
+        std::vector<ByteArray> before;
+        for (const char* name : {"VGAHEAD.TST", "VGAGRAPH.TST", "VGADICT.TST"})
+            before.push_back(open.set.folder.Read(name));
+        bool saved = false;
+        {
+            const test::FailingFiles failing(failAt);
+            saved = open.graph.SaveVGAGraph();
+            if (!failing.Failed()) {
+                EXPECT_TRUE(saved);
+                break;
+            }
+        }
+        EXPECT_EQ(open.completed, std::vector<bool>{saved});
+        if (!saved) {
+            std::size_t i = 0;
+            for (const char* name : {"VGAHEAD.TST", "VGAGRAPH.TST", "VGADICT.TST"})
+                EXPECT_EQ(open.set.folder.Read(name), before[i++]) << name;
+            EXPECT_EQ(open.Load(6), EndScreen());
+            EXPECT_TRUE(open.graph.SaveVGAGraph());
+        }
+        clsVGAGraph again;
+        ASSERT_TRUE(again.InitializeGraphics());
+        ByteArray bytes;
+        ASSERT_TRUE(again.LoadTessaro(11, bytes));
+        EXPECT_EQ(bytes, Hex("0102030405"));
+    }
+}
+
+TEST(VgaGraph, OpeningNeedsItsFilesWhole) {
+    struct Row {
+        const char* file;
+        const char* text;
+    };
+    for (const Row& row : {Row{"VGADICT.TST",
+                               "Error 1 in clsVGAGraph.LoadHuffman: Huffman "
+                               "dictionary file not found."},
+                           Row{"VGAHEAD.TST", "Error 53 in clsVGAGraph.LoadHeader"},
+                           Row{"VGAGRAPH.TST", "Error 53 in clsVGAGraph.LoadHeader"}}) {
+        SetFolder set(VgaChunks(), false);
+        test::ScriptedUserInterface user;
+        DeleteFileAt(set.folder.File(row.file));
+        clsVGAGraph graph;
+        EXPECT_FALSE(graph.InitializeGraphics());
+        ASSERT_EQ(user.boxes.size(), 1u) << row.file;
+        EXPECT_EQ(user.boxes[0].prompt.find(row.text), 0u) << user.boxes[0].prompt;
+    }
+    // Any part of a data file opens or fails; what opens serves what is there.
+    SetFolder set(VgaChunks(), false);
+    const ByteArray data = set.folder.Read("VGAGRAPH.TST");
+    for (std::size_t size = 0; size < data.size(); size += 37) {
+        set.folder.Write("VGAGRAPH.TST", ByteSpan(data).first(size));
+        test::ScriptedUserInterface user;
+        clsVGAGraph graph;
+        if (!graph.InitializeGraphics())
+            continue;
+        EXPECT_FALSE(graph.CouldLoadNonPictureData());
+        ByteArray bytes;
+        for (std::int32_t chunk = 0; chunk < graph.NumberOfChunks(); ++chunk)
+            graph.LoadTessaro(chunk, bytes);
+        EXPECT_FALSE(graph.SaveVGAGraph());
+    }
+}
+
+TEST(VgaGraph, ExecutablesTellTheGame) {
+    struct Row {
+        const char* name;
+        bool chunks, mapSize, blake;
+    };
+    for (const Row& row :
+         {Row{nullptr, true, true, false}, Row{"bs_aog.exe", false, false, true},
+          Row{"BS_FIRE.EXE", false, false, true}, Row{"C7.EXE", false, false, false},
+          Row{"CORR7CD.EXE", false, false, false}, Row{"WOLF1V.EXE", false, false, false}}) {
+        SetFolder set(VgaChunks(), false);
+        if (row.name != nullptr)
+            set.folder.Write(row.name, Hex("4D5A"));
+        test::ScriptedUserInterface user;
+        clsVGAGraph graph;
+        ASSERT_TRUE(graph.InitializeGraphics());
+        const Store& store = SharedStore();
+        EXPECT_EQ(store.canAddOrRemoveChunks, row.chunks);
+        EXPECT_EQ(store.canChangeMapSize, row.mapSize);
+        EXPECT_EQ(store.isBlakeStone, row.blake);
+        graph.NumberOfChunks(20);
+        EXPECT_EQ(graph.NumberOfChunks(), row.chunks ? 20 : 14);
+    }
+}
+
+TEST(VgaGraph, A98GraphSet) {
+    std::vector<BuiltChunk> chunks;
+    chunks.push_back({Joined({Hex("08000000 0800 0200 0400 0400")}), false, false, true});
+    chunks.push_back({test::FontChunk(Hex("0F000F000F 000F0F0000"))});
+    chunks.push_back({test::FontChunk(Hex("0F000F000F 000F0F0000"))});
+    for (unsigned i = 3; i <= 12; ++i)
+        chunks.push_back({Noise(16, i), false, false, true});
+    chunks.push_back({Noise(40)});
+    SetFolder set(chunks, false, 4, "98");
+    for (std::string* path :
+         {&SharedStore().vgaDictFile, &SharedStore().vgaGraphFile, &SharedStore().vgaHeaderFile})
+        path->replace(path->rfind(kPathSeparator) + 1, 2, "VGA");
+    test::ScriptedUserInterface user;
+    clsVGAGraph graph;
+    graph.J98Mode(true);
+    for (int opening = 0; opening < 2; ++opening) {  // the names are cut once
+        ASSERT_TRUE(graph.InitializeGraphics());
+        EXPECT_EQ(graph.NumberOfChunks(), 14);
+    }
+    EXPECT_FALSE(SharedStore().canCompileVGAGraph);
+    ByteArray bytes;
+    ASSERT_TRUE(graph.LoadTessaro(0, bytes));
+    EXPECT_EQ(bytes.size(), 572u);
+    EXPECT_EQ(ByteArray(bytes.begin() + 4 * 135, bytes.begin() + 4 * 137),
+              Hex("08001000 18002000"));
+    ASSERT_TRUE(graph.LoadTessaro(12, bytes));
+    EXPECT_EQ(bytes, Noise(16, 12));
+    ASSERT_TRUE(graph.LoadTessaro(13, bytes));
+    EXPECT_EQ(bytes, Noise(40));
+    EXPECT_EQ(graph.ChunkDataType(13), vgPicture);
+    EXPECT_EQ(graph.NumberOfFontCharacters(2), 256);
+    std::int32_t height = 0, width = 0;
+    EXPECT_TRUE(graph.LoadWolfPicture(3, bytes, height, width));  // 8 x 2: as large as it should be
+    EXPECT_FALSE(graph.LoadWolfPicture(5, bytes, height, width));
+    EXPECT_EQ(user.boxes.size(), 1u);
+}
+
+TEST(VgaGraph, DictionariesOfTheHost) {
+    OpenSet open;
+    SharedStore().compileDictionary = open.set.dictionary;
+    EXPECT_EQ(open.graph.GetCompressedSize(Hex("010203")), 4);
+    ByteArray data = Noise(100);
+    std::int32_t bits = 0;
+    for (const std::uint8_t byte : data)
+        bits += open.graph.GetByteHuffLength(byte);
+    EXPECT_EQ(open.graph.GetCompressedSize(data), 5 + bits / 8);
+    EXPECT_FALSE(open.graph.BuildVGADICT(std::vector<std::int32_t>(255)));
+
+    const std::vector<std::int32_t> counts(256, 3);
+    const ByteArray before = open.set.folder.Read("VGADICT.TST");
+    ASSERT_TRUE(open.graph.BuildVGADICT(counts));
+    EXPECT_EQ(open.set.folder.Read("VGADICT.TST"), WriteDictionary(SharedStore().builtDictionary));
+    EXPECT_EQ(open.set.folder.Read("backup/VGADICT.TST.001"), before);
+    EXPECT_EQ(SharedStore().byteCounts[255], 3);
+    EXPECT_EQ(SharedStore().expandDictionary, open.set.dictionary);
+}
+
+}  // namespace
+}  // namespace tessaro
