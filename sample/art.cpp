@@ -269,7 +269,7 @@ std::vector<Canvas> DrawWalls() {
 }
 
 std::vector<Canvas> DrawSprites() {
-    std::vector<Canvas> sprites;
+    std::vector<Canvas> sprites = {Keeper(false), Keeper(true)};  // objects begin with the third
     Canvas lamp = Sprite();
     lamp.Box(31, 18, 2, 44, kGrey + 9);
     lamp.Box(26, 60, 12, 3, kGrey + 7);
@@ -308,8 +308,6 @@ std::vector<Canvas> DrawSprites() {
 
     for (int step = 0; step < 4; ++step)
         sprites.push_back(Beetle(step));
-    sprites.push_back(Keeper(false));
-    sprites.push_back(Keeper(true));
     return sprites;
 }
 

@@ -18,8 +18,8 @@ constexpr std::uint16_t kStone = 1, kWood = 2, kTiles = 3, kMoss = 4, kBanner = 
 constexpr std::uint16_t kDoorVertical = 90, kDoorHorizontal = 91, kLockedDoor = 92, kExit = 100;
 constexpr std::uint16_t kFirstFloor = 108;  // each room is an area of its own
 // Cells of the object plane.
-constexpr std::uint16_t kStartNorth = 19, kLamp = 26, kPlant = 31, kCrate = 35, kKey = 43,
-                        kCoins = 52, kSecretDoor = 98, kBeetle = 108, kKeeper = 116;
+constexpr std::uint16_t kStartNorth = 19, kLamp = 23, kPlant = 24, kCrate = 25, kKey = 26,
+                        kCoins = 27, kSecretDoor = 98, kBeetle = 108, kKeeper = 116;
 
 struct Room {
     int x, y, width, height;
