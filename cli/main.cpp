@@ -25,6 +25,7 @@ void AddCommands(CLI::App& app) {
     AddMap(app);
     AddText(app);
     AddPalette(app);
+    AddSample(app);
 }
 
 int Report(const std::string& message, int exitCode) {
@@ -53,6 +54,12 @@ int Run(int argc, char** argv) {
         return LeftOver();
     } catch (const CLI::Success& help) {  // --help and --version
         return app.exit(help);
+    } catch (const CLI::RequiredError& error) {
+        const std::vector<std::string> unknown = app.remaining(true);
+        return Report(unknown.empty() ? std::string(error.what()) + " (--help tells how)"
+                                      : "there is no command " + unknown.front() +
+                                            " (--help lists them)",
+                      kUsage);
     } catch (const CLI::ParseError& error) {
         return Report(std::string(error.what()) + " (--help tells how)", kUsage);
     } catch (const UsageError& error) {

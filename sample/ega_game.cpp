@@ -135,9 +135,9 @@ std::vector<GraphicsChunk> MakeGraphics() {
     std::vector<Canvas> pictures, masked, sprites;
     for (std::size_t i : {0u, 1u, 2u, 4u, 5u, 6u})
         pictures.push_back(Reduced(drawn[i]));
-    masked.push_back(Cropped(figures[9]));          // the keeper
-    masked.push_back(Cropped(figures[1]));          // a plant
-    for (std::size_t i : {5u, 6u, 7u, 8u, 3u, 4u})  // beetles, key, coins
+    masked.push_back(Cropped(figures[0]));           // the keeper
+    masked.push_back(Cropped(figures[3]));           // a plant
+    for (std::size_t i : {7u, 8u, 9u, 10u, 5u, 6u})  // beetles, key, coins
         sprites.push_back(Cropped(figures[i]));
 
     std::vector<GraphicsChunk> chunks;

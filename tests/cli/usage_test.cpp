@@ -1,0 +1,94 @@
+// Exit codes, the one line of an error, and where the log goes.
+#include <algorithm>
+
+#include "cli/command.h"
+
+namespace tessaro::test {
+
+namespace {
+
+struct UsageCase {
+    std::vector<std::string> arguments;
+    int exitCode;
+    const char* says;  ///< part of the error's line
+};
+
+TEST(Usage, FailuresAreOneLineAndAnExitCode) {
+    const SampleGame game;
+    const TempFolder nothing;
+    const std::string file = nothing.Write("raw", Ascii("text"));
+    const std::string none = nothing.File("none");
+    const UsageCase cases[] = {
+        {{}, 2, "subcommand"},
+        {{"list"}, 2, "FOLDER"},
+        {{"fly", game.Path()}, 2, "fly"},
+        {{"list", game.Path(), "--kind", "tree"}, 2, "tree"},
+        {{"render", game.Path(), "first", none}, 2, "MAP"},
+        {{"import", game.Path(), file}, 2, "required"},
+        {{"import", game.Path(), "--wall", "0", "--sprite", "0", file}, 2, "required"},
+        {{"map", "export", game.Path(), "all", none + ".txt"}, 2, ".lvl"},
+        {{"map", "export", game.Path(), "0", none, "--par", "1:75"}, 2, "--par"},
+        {{"map", "export", game.Path(), "0", none, "--tag", "12345"}, 2, "--tag"},
+        {{"palette", "convert", file, none, "--to", "jpeg"}, 2, "jpeg"},
+        {{"list", none}, 1, "not a folder"},
+        {{"list", nothing.Path()}, 1, "VGADICT"},
+        {{"render", game.Path(), "99", none}, 1, "no map 99"},
+        {{"render", game.Path(), "0", "/nowhere/at/all.png"}, 1, "cannot write"},
+        {{"text", game.Path(), "--font", "0", "x", none}, 1, "no font 0"},
+        {{"import", game.Path(), "--wall", "0", none}, 1, "cannot read"},
+        {{"import", game.Path(), "--wall", "0", file}, 1, "neither a PNG nor a BMP"},
+        {{"import", game.Path(), "--sound", "0", file}, 1, "not a WAV file"},
+        {{"map", "rename", game.Path(), "0", "a name of twenty-one."}, 1, "21 characters"},
+        {{"map", "set", game.Path(), "0", "0", "64", "0", "1"}, 1, "the cell was not set"},
+        {{"palette", "convert", file, none, "--to", "jasc"}, 1, "Unknown file format"},
+    };
+    for (const UsageCase& row : cases) {
+        const Ran ran = Tessaro(row.arguments);
+        SCOPED_TRACE(ran.err);
+        EXPECT_EQ(ran.exitCode, row.exitCode);
+        EXPECT_EQ(ran.err.rfind("tessaro: ", 0), 0U);
+        EXPECT_EQ(std::count(ran.err.begin(), ran.err.end(), '\n'), 1);
+        EXPECT_NE(ran.err.find(row.says), std::string::npos) << row.says;
+    }
+    EXPECT_FALSE(nothing.Has("none"));
+}
+
+TEST(Usage, EveryCommandHasHelp) {
+    const Ran top = Tessaro({"--help"});
+    EXPECT_EQ(top.exitCode, 0);
+    for (const std::string command :
+         {"info", "list", "render", "sheet", "extract", "import", "map", "text", "palette",
+          "sample", "map export", "map import", "map convert", "map resize", "map add",
+          "map remove", "map rename", "map set", "palette convert"}) {
+        std::vector<std::string> arguments = {command.substr(0, command.find(' ')), "--help"};
+        if (const std::size_t blank = command.find(' '); blank != std::string::npos)
+            arguments.insert(arguments.begin() + 1, command.substr(blank + 1));
+        else
+            EXPECT_NE(top.out.find("  " + command + " "), std::string::npos) << command;
+        const Ran ran = Tessaro(arguments);
+        EXPECT_EQ(ran.exitCode, 0) << command;
+        EXPECT_NE(ran.out.find("tessaro " + command + " "), std::string::npos) << ran.out;
+    }
+}
+
+TEST(Usage, TheErrorLogIsInTheUsersStateFolder) {
+    const TempFolder state;
+    const TempFolder files;
+    const std::string palette = files.Write("raw", Ascii("no palette"));
+    const Ran good = Tessaro({"list", SampleGame().Path(), "--kind", "map"}, state.Path());
+    EXPECT_EQ(good.exitCode, 0);
+    EXPECT_FALSE(state.Has("tessaro/Error.log")) << "nothing failed, nothing is created";
+    Tessaro({"palette", "convert", palette, files.File("out"), "--to", "jasc"}, state.Path());
+    const ByteArray log = state.Read("tessaro/Error.log");
+    EXPECT_NE(std::string(log.begin(), log.end()).find("clsPalette.LoadPaletteDataFromFile"),
+              std::string::npos);
+    // A state folder that cannot be had costs the place of the log, not the command.
+    const Ran odd =
+        Tessaro({"palette", "convert", palette, files.File("out"), "--to", "jasc"}, palette);
+    EXPECT_EQ(odd.exitCode, 1);
+    EXPECT_NE(odd.err.find("Unknown file format"), std::string::npos);
+}
+
+}  // namespace
+
+}  // namespace tessaro::test
