@@ -1,5 +1,5 @@
-# The libraries, the headers and the package that find_package(Tessaro) finds; the command where it
-# is built.
+# The libraries, the headers and the package that find_package(Tessaro) finds. The command has its
+# own rule.
 include(CMakePackageConfigHelpers)
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Tessaro)
@@ -19,7 +19,3 @@ install(FILES ${PROJECT_BINARY_DIR}/TessaroConfig.cmake
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md
               ${PROJECT_SOURCE_DIR}/CHANGELOG.md
         DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT library)
-
-if(TARGET tessaro_command)
-    install(TARGETS tessaro_command COMPONENT command)
-endif()

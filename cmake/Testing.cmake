@@ -20,7 +20,7 @@ function(tessaro_test_program room)
     add_executable(${room}_tests ${ARGN})
     target_link_libraries(${room}_tests PRIVATE tessaro_test_support GTest::gtest_main)
     if(CMAKE_CROSSCOMPILING)
-        add_test(NAME ${room} COMMAND ${room}_tests)
+        add_test(NAME ${room} COMMAND ${room}_tests --gtest_brief=1)
     else()
         gtest_discover_tests(${room}_tests TEST_PREFIX ${room}. DISCOVERY_TIMEOUT 60
                              PROPERTIES TIMEOUT 300)

@@ -16,10 +16,6 @@ namespace {
 
 constexpr std::int32_t kStartMusicNotFound = 20170330;
 
-bool SameFile(const std::string& a, const std::string& b) {
-    return ResolveCase(a) == ResolveCase(b);
-}
-
 }  // namespace
 
 struct clsAudioT::Self {

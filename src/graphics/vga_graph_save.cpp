@@ -154,7 +154,7 @@ bool clsVGAGraph::Self::Save(const SaveStatusEvent& status, const SaveErrorEvent
         const HuffDictionary dictionary =
             store.compileDictionaryLoaded ? store.compileDictionary : set.dictionary;
         const std::string target = modGlobal::OutputPath(store.vgaGraphFile);
-        const bool inPlace = ResolveCase(target) == ResolveCase(dataPath);
+        const bool inPlace = SameFile(target, dataPath);
         NewData out = EncodeAll(dictionary, status, chunk);
         const std::size_t size = out.data.size();
         const std::vector<NewFile> files{

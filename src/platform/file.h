@@ -104,6 +104,8 @@ void CallFileOperationHook(FileOperation operation, const std::string& path);
 Failure FailureFromErrno(int error, const std::string& path);
 /// The name under which `path` really exists, where it differs in case; else `path` itself.
 std::string ResolveCase(const std::string& path);
+/// Whether two paths name one file, however each of them spells it.
+bool SameFile(const std::string& a, const std::string& b);
 /// Whether a name matches a pattern with `*` and `?`, without regard to case.
 bool MatchesPattern(std::string_view name, std::string_view pattern);
 

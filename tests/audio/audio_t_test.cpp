@@ -112,6 +112,7 @@ TEST_F(AudioT, OpeningFailsUnderTheNameOfTheStep) {
         }
     }
     folder.Write("game/AUDIOHED.TST", header);
+    audio.CloseFile();
     DeleteFileAt(folder.File("game/AUDIOT.TST"));
     EXPECT_FALSE(audio.InitializeMusic());
     EXPECT_EQ(lastBox(), "Error 53 in clsAudioT.InitializeMusic: File not found");

@@ -53,6 +53,17 @@ TEST(Files, AreFoundWithoutRegardToCase) {
     EXPECT_TRUE(ListFiles(folder.Path(), "*").empty());
 }
 
+TEST(Files, AreTheSameHoweverTheirPathsAreSpelled) {
+    test::TempFolder folder;
+    folder.MakeFolder("sub");
+    folder.Write("VSWAP.WL1", test::Ascii("x"));
+    EXPECT_TRUE(SameFile(folder.File("VSWAP.WL1"), folder.File("vswap.wl1")));
+    EXPECT_TRUE(SameFile(folder.File("VSWAP.WL1"), folder.File("sub/../VSWAP.WL1")));
+    EXPECT_TRUE(SameFile(folder.File("NEW.WL1"), folder.Path() + "/./NEW.WL1")) << "not there yet";
+    EXPECT_FALSE(SameFile(folder.File("VSWAP.WL1"), folder.File("VSWAP.WL6")));
+    EXPECT_FALSE(SameFile(folder.File("VSWAP.WL1"), folder.File("sub/VSWAP.WL1")));
+}
+
 TEST(Files, ListMatchesInNameOrderAndLeavesFoldersOut) {
     test::TempFolder folder;
     for (const char* name : {"vgadict.WL6", "VGADICT.sod", "VGADICTX.WL6", "bmenace1.exe"})

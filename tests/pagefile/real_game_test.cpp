@@ -91,6 +91,7 @@ TEST_F(RealGame, SpritesCompileBackToWhatIsStored) {
 TEST_F(RealGame, SavingKeepsEveryItem) {
     const std::vector<ByteArray> items = AllItems(set_);
     const ByteArray original = folder_.Read("VSWAP.WL1");
+    set_.CloseFile();
     for (const auto compression : {vcNone, vcOriginal, vcGood}) {
         folder_.Write("VSWAP.WL1", original);
         clsVSwap set;

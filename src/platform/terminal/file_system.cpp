@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "platform/file.h"
 
@@ -51,6 +53,13 @@ std::string ResolveCase(const std::string& path) {
         return SameName(name, other);
     });
     return found == names.end() ? path : folder + *found;
+}
+
+bool SameFile(const std::string& a, const std::string& b) {
+    std::error_code errorA, errorB;
+    const auto fullA = std::filesystem::weakly_canonical(ResolveCase(a), errorA);
+    const auto fullB = std::filesystem::weakly_canonical(ResolveCase(b), errorB);
+    return errorA || errorB ? a == b : fullA == fullB;
 }
 
 bool FileExists(const std::string& path) {

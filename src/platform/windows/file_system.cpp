@@ -33,11 +33,25 @@ DWORD Attributes(const std::string& path) {
     return GetFileAttributesA(path.c_str());
 }
 
+/// From the drive on, with backslashes and without "." and "..".
+std::string FullPath(const std::string& path) {
+    std::string full(GetFullPathNameA(path.c_str(), 0, nullptr, nullptr), '\0');
+    full.resize(
+        GetFullPathNameA(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    return full;
+}
+
 }  // namespace
 
 std::string ResolveCase(const std::string& path) {
     return path;
 }  // the system does it
+
+bool SameFile(const std::string& a, const std::string& b) {
+    const std::string fullA = FullPath(a), fullB = FullPath(b);
+    return CompareStringA(LOCALE_INVARIANT, NORM_IGNORECASE, fullA.c_str(), -1, fullB.c_str(),
+                          -1) == CSTR_EQUAL;
+}
 
 bool FileExists(const std::string& path) {
     const DWORD attributes = Attributes(path);
