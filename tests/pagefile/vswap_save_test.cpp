@@ -1,0 +1,414 @@
+#include <algorithm>
+#include <stdexcept>
+
+#include "pagefile/vswap_fixture.h"
+
+namespace tessaro {
+namespace {
+
+using test::Hex;
+
+class VSwapSave : public test::VSwapFixture {
+protected:
+    void Open(const ByteArray& file) {
+        folder_.Write("VSWAP.TST", file);
+        ASSERT_TRUE(set_.Initialize());
+        set_.SaveStatus = [this](std::int32_t chunk, std::int32_t total) {
+            events_.push_back(std::to_string(chunk) + "/" + std::to_string(total));
+        };
+        set_.SaveError = [this](std::int32_t chunk, enmChunkType kind) {
+            events_.push_back("error " + std::to_string(kind) + ":" + std::to_string(chunk));
+        };
+        set_.SaveComplete = [this](bool success) {
+            events_.push_back(success ? "done" : "failed");
+        };
+    }
+
+    std::vector<ByteArray> Reread() {
+        clsVSwap again;
+        EXPECT_TRUE(again.Initialize());
+        return AllItems(again);
+    }
+
+    /// Every file of the data folder and of the backups but the log.
+    std::vector<std::pair<std::string, ByteArray>> Files() const {
+        std::vector<std::pair<std::string, ByteArray>> files;
+        for (const std::string& folder : {folder_.Path(), folder_.File("backup")})
+            if (FolderExists(folder))
+                for (const std::string& name : ListFiles(folder, "*"))
+                    if (name != "Error.log")
+                        files.emplace_back(name, ReadWholeFile(JoinPath(folder, name)));
+        return files;
+    }
+
+    clsVSwap set_;
+    std::vector<std::string> events_;
+};
+
+TEST_F(VSwapSave, WritesEveryItemAndBacksUpTheOldFile) {
+    const ByteArray old = SmallSet();
+    Open(old);
+    ASSERT_TRUE(set_.SaveVSwap(vcNone));
+    EXPECT_EQ(events_,
+              (std::vector<std::string>{"1/7", "2/7", "3/7", "4/7", "5/7", "6/7", "7/7", "done"}));
+    EXPECT_EQ(folder_.Read(JoinPath("backup", "VSWAP.TST.001")), old);
+    ByteArray expected = old;
+    // The compiler leaves out the byte behind the stored sprite: everything after moves up by one.
+    const std::size_t sprite = PageTable::Size(9) + 4096;
+    expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(sprite) + 16);
+    expected[6 + 4 * 9 + 2 * 2] = 16;
+    for (const std::size_t chunk : {4, 5, 7, 8})
+        --expected[6 + 4 * chunk];
+    EXPECT_EQ(folder_.Read("VSWAP.TST"), expected);
+    EXPECT_TRUE(ui_.boxes.empty());
+
+    events_.clear();
+    ASSERT_TRUE(set_.SaveVSwap(vcOriginal));
+    EXPECT_TRUE(folder_.Has(JoinPath("backup", "VSWAP.TST.002")));
+}
+
+TEST_F(VSwapSave, EditedAndAddedItemsComeBack) {
+    Open(SmallSet());
+    std::vector<ByteArray> items = AllItems(set_);
+    set_.SetChunkData(0, ByteArray{0});  // a wall without data, set as it is handed out
+    set_.SetChunkData(2, Bmp(64, 5));
+    set_.SetSoundData(0, Wav(8193));
+    set_.SetSoundData(2, Wav(4096));
+    items[0] = {0};
+    items[2] = Bmp(64, 5);
+    items[4] = Wav(8193);
+    items[6] = Wav(4096);
+    set_.NumberOfWalls(3);
+    set_.NumberOfSprites(4);
+    set_.NumberOfSounds(5);
+    items.insert(items.begin() + 4, 2, ByteArray{0});
+    items.insert(items.begin() + 2, 1, ByteArray{0});
+    items.resize(12, ByteArray{0});
+    set_.SetChunkData(6, Bmp(64, 9));
+    set_.SetSoundData(4, Wav(77));
+    items[6] = Bmp(64, 9);
+    items[11] = Wav(77);
+    ASSERT_TRUE(set_.SaveVSwap(vcGood));
+    EXPECT_TRUE(AllItems(set_) == items);
+    EXPECT_TRUE(Reread() == items);
+    EXPECT_TRUE(set_.SaveVSwap(vcOriginal));  // the counts of the new file hold from now on
+    EXPECT_TRUE(Reread() == items);
+}
+
+TEST_F(VSwapSave, AnotherFolderLeavesTheContainerOnItsFiles) {
+    const ByteArray old = SmallSet();
+    Open(old);
+    const std::vector<ByteArray> items = AllItems(set_);
+    folder_.MakeFolder("out");
+    SharedStore().outputFolder = folder_.File("out");
+    SharedStore().backupFolder.clear();  // nothing there to back up
+    SharedStore().compileExtension = "NEW";
+    set_.NumberOfWalls(4);
+    ASSERT_TRUE(set_.SaveVSwap(vcNone));
+    EXPECT_EQ(folder_.Read("VSWAP.TST"), old);
+    SharedStore().vswapFile = folder_.File("out/VSWAP.NEW");
+    EXPECT_EQ(Reread().size(), items.size() + 2);
+    ByteArray data;
+    set_.LoadChunk(0, data);
+    EXPECT_EQ(data, WallChunk());
+    EXPECT_EQ(set_.NumberOfWalls(), 4);
+}
+
+TEST_F(VSwapSave, SoundsThatReadAsEmptyKeepTheirBytes) {
+    PageFileImage image(1);
+    image.AddChunk(WallChunk());
+    image.AddSound(Samples(65535));
+    image.AddChunk(Hex("0000 FFFF"));
+    const ByteArray old = image.Assemble(1, 1);
+    Open(old);
+    ASSERT_TRUE(set_.SaveVSwap(vcNone));
+    EXPECT_TRUE(folder_.Read("VSWAP.TST") == old);
+    set_.SetSoundData(0, Wav(65535));  // the longest that fits
+    ASSERT_TRUE(set_.SaveVSwap(vcNone));
+    EXPECT_TRUE(folder_.Read("VSWAP.TST") == old);
+}
+
+TEST_F(VSwapSave, SoundsThatCannotBeReadAreKept) {
+    PageFileImage image(1);
+    image.AddChunk(WallChunk());
+    image.AddSound(Samples(5000));
+    image.AddChunk(Hex("0000 8813 0900 0100"));  // the second sound lies outside
+    const ByteArray old = image.Assemble(1, 1);
+    Open(old);
+    EXPECT_EQ(ui_.boxes.size(), 1u);
+    EXPECT_EQ(set_.NumberOfSounds(), 2);  // the count that was reached
+    ASSERT_TRUE(set_.SaveVSwap(vcNone));
+    EXPECT_EQ(folder_.Read("VSWAP.TST"), old);
+    set_.SetSoundData(0, Wav(5));
+    EXPECT_FALSE(set_.SaveVSwap(vcNone));
+    EXPECT_EQ(folder_.Read("VSWAP.TST"), old);
+}
+
+struct Refused {
+    const char* name;
+    std::function<void(clsVSwap&)> edit;
+    std::size_t itemsDone;
+    const char* event;
+    const char* text;
+};
+
+/// A BMP of another depth, a WAV of another format: two header fields changed.
+ByteArray With(ByteArray image, std::size_t at, std::uint8_t value, std::size_t size = 0) {
+    image[at] = value;
+    if (size > 0)
+        image.resize(size);
+    return image;
+}
+
+class VSwapRefuses : public VSwapSave {
+protected:
+    static ByteArray Deep() { return With(Bmp(64, 1), 28, 24, 54 + 64 * 64 * 3); }
+
+    /// 64 columns of 32 single pixels: 4 + 128 + pool + 64 x (32 x 6 + 2) bytes.
+    static ByteArray Busy() {
+        ByteArray image = Bmp(64, 255);
+        for (std::size_t i = 0; i < 4096; i += 2)
+            image[1078 + i] = 1;
+        for (std::size_t row = 0; row < 64; row += 2)
+            std::rotate(image.begin() + 1078 + static_cast<std::ptrdiff_t>(row) * 64,
+                        image.begin() + 1079 + static_cast<std::ptrdiff_t>(row) * 64,
+                        image.begin() + 1142 + static_cast<std::ptrdiff_t>(row) * 64);
+        return image;
+    }
+};
+
+TEST_F(VSwapRefuses, WhatDoesNotFitAndSaysWhy) {
+    const Refused refusals[] = {
+        {"WallDepth", [](clsVSwap& set) { set.SetChunkData(1, Deep()); }, 1, "error 0:1",
+         "1512|Error at wall chunk #1\r\n\r\nReason:\r\nBMP was not 256 colors.\r\n\r\n"
+         "Solutions: \r\n1) Convert the BMP to 256 colors."},
+        {"WallSize", [](clsVSwap& set) { set.SetChunkData(0, Bmp(32, 1)); }, 0, "error 0:0",
+         "5|Error at wall chunk #0\r\n\r\nReason:\r\nThe BMP has 32 x 32 pixels. A wall has "
+         "64 x 64 or 128 x 128.\r\n\r\nSolutions: \r\n1) Change the size of the BMP."},
+        {"SpriteDepth", [](clsVSwap& set) { set.SetChunkData(2, Deep()); }, 2, "error 1:0",
+         "1513|Error at sprite chunk #0\r\n\r\nReason:\r\nBMP was not 256 colors.\r\n\r\n"
+         "Solutions: \r\n1) Convert the BMP to 256 colors."},
+        {"SpriteSide", [](clsVSwap& set) { set.SetChunkData(3, Bmp(128, 1)); }, 3, "error 1:1",
+         "5|Error at sprite chunk #1\r\n\r\nReason:\r\nThe BMP has 128 x 128 pixels. The sprites "
+         "of this set have 64 x 64, as its first wall.\r\n\r\nSolutions: \r\n"
+         "1) Change the size of the BMP."},
+        {"SpriteTooBig", [](clsVSwap& set) { set.SetChunkData(3, Busy()); }, 3, "error 1:1",
+         "1514|Error at sprite chunk #1\r\n\r\nReason:\r\nCompressed sprite data too big (14596, "
+         "MAX: 4096).\r\n\r\nSolutions: \r\n1) Reduce the amount of transparent areas.\r\n"
+         "2) Reduce the sprite's size."},
+        {"SoundFormat", [](clsVSwap& set) { set.SetSoundData(1, With(Wav(9), 22, 2)); }, 5,
+         "error 2:1",
+         "1515|Error at sound #1\r\n\r\nReason:\r\nThe WAV file's format is: 7042Hz 8-bit, "
+         "Stereo.\r\nThe format needs to be: 7042Hz 8-bit, Mono.\r\n\r\nSolutions: \r\n"
+         "1) Convert the WAV file to the proper format.\r\n2) Use a different WAV file."},
+        {"SoundTooBig", [](clsVSwap& set) { set.SetSoundData(2, Wav(65536)); }, 6, "error 2:2",
+         "1516|Error at sound #2\r\n\r\nReason:\r\nSound data too big (65536, MAX: 65535)."
+         "\r\n\r\nSolutions: \r\n1) Shorten the sound.\r\n2) Use a different WAV file."}};
+    for (const Refused& row : refusals) {
+        SCOPED_TRACE(row.name);
+        Open(SmallSet());
+        const auto before = Files();
+        row.edit(set_);
+        const std::vector<ByteArray> items = AllItems(set_);
+        ui_.boxes.clear();
+        events_.clear();
+        EXPECT_FALSE(set_.SaveVSwap(vcNone));
+        ASSERT_EQ(events_.size(), row.itemsDone + 2);
+        EXPECT_EQ(events_[row.itemsDone], row.event);
+        EXPECT_EQ(events_.back(), "failed");
+        EXPECT_EQ(Files(), before);
+        ASSERT_EQ(ui_.boxes.size(), 1u);
+        const std::string text = row.text;
+        EXPECT_EQ(ui_.boxes[0].prompt,
+                  "Error " + text.substr(0, text.find('|')) +
+                      " in clsVSWAP.SaveVSwap: " + text.substr(text.find('|') + 1));
+        EXPECT_TRUE(AllItems(set_) == items);  // the edits wait for another try
+    }
+}
+
+TEST_F(VSwapRefuses, SpritesAboveTheOutputPageAndNotThoseThatFillIt) {
+    // Rows 0 and up of every column, to just fill a page: 4 + 2 x 64 + pool + 64 x 8 = 4096.
+    ByteArray image = Bmp(64, 255);
+    std::fill_n(image.end() - 3452, 3452, std::uint8_t{1});  // 60 columns of 54, 4 of 53
+    Open(SmallSet());
+    ASSERT_EQ(set_.GetSpriteCompressedSize(image, vcNone), 4096);
+    set_.SetChunkData(3, image);
+    EXPECT_TRUE(set_.SaveVSwap(vcNone));
+    image[1078 + 60] = 1;
+    ASSERT_GT(set_.GetSpriteCompressedSize(image, vcNone), 4096);
+    set_.SetChunkData(3, image);
+    EXPECT_FALSE(set_.SaveVSwap(vcNone));
+    SharedStore().hiResOutput = true;
+    ASSERT_TRUE(set_.Initialize());
+    set_.SetChunkData(3, image);
+    EXPECT_TRUE(set_.SaveVSwap(vcNone));
+}
+
+TEST_F(VSwapSave, AFailureAtAnyFileOperationLosesNothing) {
+    Open(SmallSet());
+    set_.SetChunkData(1, Bmp(64, 3));
+    const std::vector<ByteArray> items = AllItems(set_);
+    const ByteArray old = folder_.Read("VSWAP.TST");
+    for (int n = 1;; ++n) {
+        SCOPED_TRACE(n);
+        events_.clear();
+        bool saved = false;
+        bool failed = false;
+        {
+            const test::FailingFiles files(n);
+            saved = set_.SaveVSwap(vcNone);
+            failed = files.Failed();
+        }
+        if (!failed) {
+            EXPECT_TRUE(saved);
+            EXPECT_GT(n, 10);
+            break;
+        }
+        if (saved) {
+            // Only reading the new file again went wrong; that was reported.
+            EXPECT_EQ(events_.back(), "done");
+            ASSERT_TRUE(set_.Initialize());
+            EXPECT_TRUE(Reread() == items);
+            folder_.Write("VSWAP.TST", old);
+            Open(old);
+            set_.SetChunkData(1, Bmp(64, 3));
+            continue;
+        }
+        EXPECT_EQ(events_.back(), "failed");
+        EXPECT_EQ(std::count(events_.begin(), events_.end(), "done"), 0);
+        EXPECT_EQ(folder_.Read("VSWAP.TST"), old);
+        EXPECT_FALSE(folder_.Has("VSWAP.TST.new"));
+        EXPECT_TRUE(AllItems(set_) == items);
+    }
+    EXPECT_TRUE(Reread() == items);
+}
+
+TEST_F(VSwapSave, MissingSettingsFailBeforeAnythingMoves) {
+    Open(SmallSet());
+    const auto before = Files();
+    for (std::string Store::*setting :
+         {&Store::outputFolder, &Store::compileExtension, &Store::backupFolder}) {
+        const std::string value = std::exchange(SharedStore().*setting, "");
+        events_.clear();
+        EXPECT_FALSE(set_.SaveVSwap(vcNone));
+        ASSERT_FALSE(events_.empty());
+        EXPECT_EQ(events_.back(), "failed");
+        SharedStore().*setting = value;
+    }
+    SharedStore().outputFolder = folder_.File("nowhere");
+    EXPECT_FALSE(set_.SaveVSwap(vcNone));
+    EXPECT_EQ(Files(), before);
+    clsVSwap unopened;
+    EXPECT_FALSE(unopened.SaveVSwap(vcNone));
+}
+
+TEST_F(VSwapSave, HandlersThatThrowDoNotBreakASave) {
+    Open(SmallSet());
+    const auto before = Files();
+    set_.SaveStatus = [](std::int32_t chunk, std::int32_t) {
+        if (chunk == 3)
+            throw std::runtime_error("no more");
+    };
+    EXPECT_FALSE(set_.SaveVSwap(vcNone));
+    EXPECT_EQ(events_, (std::vector<std::string>{"error 1:0", "failed"}));
+    EXPECT_EQ(Files(), before);
+    EXPECT_EQ(ui_.boxes.back().prompt,
+              "Error 0 in clsVSWAP.SaveVSwap: Error at sprite chunk #0\r\n\r\nReason:\r\nno more");
+}
+
+// The extra sound file.
+
+class VSwapExtra : public VSwapSave {
+protected:
+    /// Two sounds in the page file where `ownSounds` is two, none where it is 0; two extra ones.
+    void OpenWithExtra(int ownSounds, SoundListForm form) {
+        PageFileImage image(1);
+        image.AddChunk(WallChunk());
+        if (ownSounds > 0) {
+            image.AddSound(Samples(10));
+            image.AddSound(Samples(20));
+            image.AddChunk(ownSounds == 2 ? Hex("0000 0A00 0100 1400") : Hex("0000 0A00"));
+        }
+        ExtraFileImage extra;
+        extra.AddSound(Samples(5000), 5000);
+        extra.AddSound(Samples(70), 70);
+        folder_.Write("AUDIOMUS.TST", extra.Assemble(form));
+        Open(image.Assemble(1, 1));
+    }
+};
+
+TEST_F(VSwapExtra, SoundsGoOnAfterThoseOfThePageFileOrTakeTheirPlace) {
+    struct Case {
+        int own;
+        SoundListForm form;
+        std::vector<ByteArray> sounds;
+    };
+    const Case cases[] = {{2, SoundListForm::Short, {Wav(10), Wav(20), Wav(5000), Wav(70)}},
+                          {2, SoundListForm::Long, {Wav(10), Wav(20), Wav(5000), Wav(70)}},
+                          {1, SoundListForm::Short, {Wav(5000), Wav(70)}},
+                          {0, SoundListForm::Long, {Wav(5000), Wav(70)}}};
+    for (const Case& row : cases) {
+        SharedStore().readSoundLengthsAsLong = false;
+        OpenWithExtra(row.own, row.form);
+        EXPECT_EQ(SharedStore().readSoundLengthsAsLong, row.form == SoundListForm::Long);
+        EXPECT_EQ(SharedStore().audioMusFile, folder_.File("AUDIOMUS.TST"));
+        std::vector<ByteArray> items = AllItems(set_);
+        items.erase(items.begin());
+        EXPECT_TRUE(items == row.sounds) << row.own;
+
+        const auto before = std::pair(folder_.Read("VSWAP.TST"), folder_.Read("AUDIOMUS.TST"));
+        ASSERT_TRUE(set_.SaveVSwap(vcNone));
+        // A page that no list names is not written again.
+        EXPECT_EQ(folder_.Read("VSWAP.TST") == before.first, row.own != 1);
+        EXPECT_TRUE(folder_.Read("AUDIOMUS.TST") == before.second);
+        EXPECT_TRUE(folder_.Has(JoinPath("backup", "AUDIOMUS.TST.001")));
+        const std::size_t own = row.own == 2 ? 2 : 0;
+        set_.NumberOfSounds(static_cast<std::int32_t>(own) + 3);
+        set_.SetSoundData(static_cast<std::int32_t>(own), ByteArray{0});
+        set_.SetSoundData(static_cast<std::int32_t>(own) + 2, Wav(4097));
+        const std::vector<ByteArray> edited = AllItems(set_);
+        ASSERT_TRUE(set_.SaveVSwap(vcNone));
+        EXPECT_TRUE(Reread() == edited) << row.own;
+    }
+    EXPECT_TRUE(ui_.boxes.empty());
+}
+
+TEST_F(VSwapExtra, LongLengthsHoldLongSounds) {
+    OpenWithExtra(2, SoundListForm::Long);
+    set_.SetSoundData(3, Wav(70000));
+    ASSERT_TRUE(set_.SaveVSwap(vcNone));
+    EXPECT_EQ(Reread().back(), Wav(70000));
+    set_.SetSoundData(1, Wav(70000));  // but not the page file's own
+    EXPECT_FALSE(set_.SaveVSwap(vcNone));
+}
+
+TEST_F(VSwapExtra, DamageAndFailuresLoseNeitherFile) {
+    OpenWithExtra(2, SoundListForm::Short);
+    set_.SetSoundData(3, Wav(9));
+    const auto before = std::pair(folder_.Read("VSWAP.TST"), folder_.Read("AUDIOMUS.TST"));
+    for (int n = 1; n < 200; ++n) {
+        bool saved = false;
+        {
+            const test::FailingFiles files(n);
+            saved = set_.SaveVSwap(vcNone);
+        }
+        if (saved)
+            break;
+        EXPECT_EQ(folder_.Read("VSWAP.TST"), before.first) << n;
+        EXPECT_EQ(folder_.Read("AUDIOMUS.TST"), before.second) << n;
+    }
+    EXPECT_EQ(Reread().back(), Wav(9));
+
+    for (const std::size_t size : {0, 100, 4095, 4096, 9000}) {
+        folder_.Write("VSWAP.TST", before.first);
+        folder_.Write("AUDIOMUS.TST", ByteSpan(before.second).first(size));
+        Open(before.first);
+        EXPECT_EQ(ui_.boxes.back().prompt, "Unable to load digital sounds") << size;
+        ASSERT_TRUE(set_.SaveVSwap(vcNone));
+        EXPECT_EQ(folder_.Read("VSWAP.TST"), before.first);
+        EXPECT_EQ(folder_.Read("AUDIOMUS.TST").size(), size);
+    }
+}
+
+}  // namespace
+}  // namespace tessaro
