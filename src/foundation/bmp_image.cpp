@@ -1,6 +1,9 @@
 #include "foundation/bmp_image.h"
 
+#include <array>
 #include <cstdlib>
+#include <tuple>
+#include <type_traits>
 
 #include "foundation/store.h"
 
@@ -23,29 +26,28 @@ constexpr std::int64_t Padded(std::int64_t rowSize) {
 }
 
 void WriteColors(ByteWriter& out, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::int32_t color = SharedStore().palette[i];
-        out.U8(static_cast<std::uint8_t>(color >> 16));
-        out.U8(static_cast<std::uint8_t>(color >> 8));
-        out.U8(static_cast<std::uint8_t>(color));
-        out.U8(0);
+    const auto& palette = SharedStore().palette;
+    std::array<std::uint8_t, 4 * std::tuple_size_v<std::remove_cvref_t<decltype(palette)>>> bytes;
+    for (std::size_t i = 0; i < palette.size(); ++i) {
+        const std::int32_t color = palette[i];
+        bytes[4 * i] = static_cast<std::uint8_t>(color >> 16);
+        bytes[4 * i + 1] = static_cast<std::uint8_t>(color >> 8);
+        bytes[4 * i + 2] = static_cast<std::uint8_t>(color);
+        bytes[4 * i + 3] = 0;
     }
+    out.Bytes(ByteSpan(bytes).first(4 * count));
 }
 
-}  // namespace
-
-ByteArray AddBMPHeader(std::int32_t width, std::int32_t height, ByteSpan pixels, bool force8Bits) {
+/// Everything in front of the pixels; memory is taken for these, too.
+ByteWriter Header(std::int32_t width, std::int32_t height, std::int32_t bits) {
     if (width < 0 || height < 0)
         throw Failure(kInvalidProcedureCall);
-    const std::int32_t bits = SharedStore().egaGraphics && !force8Bits ? 4 : 8;
-    const std::int64_t rowSize = RowSize(width, bits);
-    if (rowSize * height > static_cast<std::int64_t>(pixels.size()))
-        throw Failure(kSubscriptOutOfRange);
-    const std::int64_t stride = Padded(rowSize);
-
+    const auto size =
+        Narrow<std::int32_t>(PixelOffset(bits) + Padded(RowSize(width, bits)) * height);
     ByteWriter out;
+    out.Reserve(static_cast<std::size_t>(size));
     out.Text("BM");
-    out.I32(Narrow<std::int32_t>(PixelOffset(bits) + stride * height));
+    out.I32(size);
     out.U32(0);
     out.I32(static_cast<std::int32_t>(PixelOffset(bits)));
     out.U32(40);
@@ -55,11 +57,30 @@ ByteArray AddBMPHeader(std::int32_t width, std::int32_t height, ByteSpan pixels,
     out.U16(static_cast<std::uint16_t>(bits));
     out.Fill(24, 0);
     WriteColors(out, std::size_t{1} << bits);
+    return out;
+}
+
+}  // namespace
+
+ByteArray AddBMPHeader(std::int32_t width, std::int32_t height, ByteSpan pixels, bool force8Bits) {
+    const std::int32_t bits = SharedStore().egaGraphics && !force8Bits ? 4 : 8;
+    const std::int64_t rowSize = RowSize(width, bits);
+    if (width >= 0 && rowSize * height > static_cast<std::int64_t>(pixels.size()))
+        throw Failure(kSubscriptOutOfRange);
+    ByteWriter out = Header(width, height, bits);
     const auto row = static_cast<std::size_t>(rowSize);
+    const auto padding = static_cast<std::size_t>(Padded(rowSize)) - row;
     for (auto y = static_cast<std::size_t>(height); row > 0 && y-- > 0;) {
         out.Bytes(pixels.subspan(y * row, row));
-        out.Fill(static_cast<std::size_t>(stride) - row, 0);
+        if (padding > 0)
+            out.Fill(padding, 0);
     }
+    return out.Release();
+}
+
+ByteArray BlankImage(std::int32_t width, std::int32_t height) {
+    ByteWriter out = Header(width, height, 8);
+    out.Fill(static_cast<std::size_t>(Padded(width) * height), 0);
     return out.Release();
 }
 

@@ -24,6 +24,11 @@ namespace tessaro::modAddBMPHeader {
 /// (width + 1) / 2 bytes a row). Fewer pixel bytes than the size needs fail with number 9.
 ByteArray AddBMPHeader(std::int32_t width, std::int32_t height, ByteSpan pixels, bool force8Bits);
 
+/// The same with 8 bits per pixel, of which all are still 0: for callers whose pixels come in
+/// another order. The pixels begin at kPixels8Bit.
+ByteArray BlankImage(std::int32_t width, std::int32_t height);
+inline constexpr std::size_t kPixels8Bit = 1078;
+
 struct StrippedImage {
     ByteArray pixels;  ///< top row first; 4-bit rows stay packed. Unknown depths have none.
     std::int32_t width = 0;

@@ -33,23 +33,42 @@ public:
 
     /// Moves to an offset from the first byte; beyond the end it fails (or stops at the end where
     /// missing bytes read as zero).
-    void Seek(std::size_t offset);
+    void Seek(std::size_t offset) { position_ = offset <= Size() ? offset : EndInstead(); }
     void Skip(std::size_t count) { Take(count); }
 
     /// The next `count` bytes; fewer, at the end, where missing bytes read as zero.
-    ByteSpan Take(std::size_t count);
+    ByteSpan Take(std::size_t count) {
+        // Never position_ + count: that sum can wrap round.
+        const std::size_t end = count <= Remaining() ? position_ + count : EndInstead();
+        const std::size_t start = std::exchange(position_, end);
+        return bytes_.subspan(start, end - start);
+    }
 
-    std::uint8_t U8() { return static_cast<std::uint8_t>(Number(1)); }
-    std::int16_t I16() { return static_cast<std::int16_t>(Number(2)); }
-    std::uint16_t U16() { return static_cast<std::uint16_t>(Number(2)); }
-    std::uint32_t U24() { return Number(3); }
-    std::int32_t I32() { return static_cast<std::int32_t>(Number(4)); }
-    std::uint32_t U32() { return Number(4); }
+    std::uint8_t U8() { return static_cast<std::uint8_t>(Number<1>()); }
+    std::int16_t I16() { return static_cast<std::int16_t>(Number<2>()); }
+    std::uint16_t U16() { return static_cast<std::uint16_t>(Number<2>()); }
+    std::uint32_t U24() { return Number<3>(); }
+    std::int32_t I32() { return static_cast<std::int32_t>(Number<4>()); }
+    std::uint32_t U32() { return Number<4>(); }
     /// `size` bytes as text, padding included.
     std::string Text(std::size_t size);
 
 private:
-    std::uint32_t Number(std::size_t width);
+    template <std::size_t Width>
+    std::uint32_t Number() {
+        const ByteSpan taken = Take(Width);
+        std::uint32_t value = 0;
+        if (taken.size() == Width) {  // so many bytes in one go
+            for (std::size_t i = 0; i < Width; ++i)
+                value |= std::uint32_t{taken[i]} << (8 * i);
+        } else {
+            for (std::size_t i = 0; i < taken.size(); ++i)
+                value |= std::uint32_t{taken[i]} << (8 * i);
+        }
+        return value;
+    }
+    /// The end of the bytes, where going beyond it is no failure.
+    std::size_t EndInstead() const;
 
     ByteSpan bytes_;
     std::size_t position_ = 0;
@@ -59,13 +78,15 @@ private:
 class ByteWriter {
 public:
     std::size_t Position() const { return bytes_.size(); }
+    /// Takes memory for so many bytes in all at once.
+    void Reserve(std::size_t size) { bytes_.reserve(size); }
 
     void U8(std::uint8_t value) { bytes_.push_back(value); }
-    void I16(std::int16_t value) { Number(static_cast<std::uint16_t>(value), 2); }
-    void U16(std::uint16_t value) { Number(value, 2); }
-    void U24(std::uint32_t value) { Number(value, 3); }
-    void I32(std::int32_t value) { Number(static_cast<std::uint32_t>(value), 4); }
-    void U32(std::uint32_t value) { Number(value, 4); }
+    void I16(std::int16_t value) { Number<2>(static_cast<std::uint16_t>(value)); }
+    void U16(std::uint16_t value) { Number<2>(value); }
+    void U24(std::uint32_t value) { Number<3>(value); }
+    void I32(std::int32_t value) { Number<4>(static_cast<std::uint32_t>(value)); }
+    void U32(std::uint32_t value) { Number<4>(value); }
     void Bytes(ByteSpan bytes) { bytes_.insert(bytes_.end(), bytes.begin(), bytes.end()); }
     void Text(std::string_view text) { bytes_.insert(bytes_.end(), text.begin(), text.end()); }
     /// Exactly `size` bytes: the text, then zeros. A longer text fails (number 5).
@@ -79,7 +100,11 @@ public:
     ByteArray Release() { return std::move(bytes_); }
 
 private:
-    void Number(std::uint32_t value, std::size_t width);
+    template <std::size_t Width>
+    void Number(std::uint32_t value) {
+        for (std::size_t i = 0; i < Width; ++i)
+            bytes_.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+    }
     void Patch(std::size_t offset, std::uint32_t value, std::size_t width);
 
     ByteArray bytes_;

@@ -1,52 +1,69 @@
 #include "pagefile/searchable_pool.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
+
+#include "pagefile/lanes.h"
 
 namespace tessaro {
 
-std::size_t SearchablePool::Key(const std::uint8_t* bytes) {
-    std::uint32_t word = 0;
-    std::memcpy(&word, bytes, kKeySize);
-    return (word * 2654435761u) >> (32 - kKeyBits);
+bool SearchablePool::MayHold(ByteSpan run) const {
+    if (run.size() > bytes_.size())
+        return false;
+    std::uint32_t key = 0;
+    for (std::size_t i = 0; i < run.size(); ++i) {
+        key = NextKey(key, run[i]);
+        if (i + 1 >= kKeySize && !seen_[Slot(key)])
+            return false;
+    }
+    return true;
 }
 
 std::size_t SearchablePool::Find(ByteSpan run) const {
-    if (run.size() < kKeySize) {
-        const auto found = std::search(bytes_.begin(), bytes_.end(), run.begin(), run.end());
-        return found == bytes_.end() ? kNone : static_cast<std::size_t>(found - bytes_.begin());
-    }
-    // The key of the run that begins at the fewest positions leaves the fewest candidates.
-    std::size_t rarest = 0;
-    std::size_t rarestCount = kNone;
-    for (std::size_t k = 0; k + kKeySize <= run.size(); ++k) {
-        const std::size_t count = count_[Key(run.data() + k)];
-        if (count == 0)
-            return kNone;
-        if (count < rarestCount) {
-            rarest = k;
-            rarestCount = count;
-        }
-    }
-    for (std::size_t i = first_[Key(run.data() + rarest)]; i != kNone; i = next_[i]) {
-        if (i < rarest || run.size() > bytes_.size() - (i - rarest))
+    if (!MayHold(run))
+        return kNone;
+    std::size_t at = 0;
+    const std::size_t end = bytes_.size() - run.size() + 1;  // of the positions
+    const std::uint8_t* const first = bytes_.data();
+    const std::uint8_t* const last = first + run.size() - 1;
+    const auto isAt = [&](std::size_t position) {
+        return std::memcmp(first + position, run.data(), run.size()) == 0;
+    };
+#if TESSARO_HAS_LANES
+    // Only where both the first and the last byte are right are the others looked at.
+    const Lane firstByte = Lane{} + run.front();
+    const Lane lastByte = Lane{} + run.back();
+    while (at < end && end >= kLaneSize) {
+        const std::size_t start = std::min(at, end - kLaneSize);
+        const auto hits =
+            (LoadLane(first + start) == firstByte) & (LoadLane(last + start) == lastByte);
+        const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(hits);
+        at = start + kLaneSize;
+        if ((halves[0] | halves[1]) == 0)
             continue;
-        if (std::memcmp(bytes_.data() + (i - rarest), run.data(), run.size()) == 0)
-            return i - rarest;
+        for (std::size_t half = 0; half < 2; ++half)
+            for (std::uint64_t left = halves[half]; left != 0;) {
+                const int bit = std::countr_zero(left);
+                const std::size_t position = start + 8 * half + static_cast<std::size_t>(bit / 8);
+                if (run.size() <= 2 || isAt(position))
+                    return position;
+                left &= ~(std::uint64_t{0xFF} << bit);
+            }
     }
+#endif
+    for (; at < end; ++at)
+        if (isAt(at))
+            return at;
     return kNone;
 }
 
 std::size_t SearchablePool::Append(ByteSpan run) {
     const std::size_t at = bytes_.size();
     bytes_.insert(bytes_.end(), run.begin(), run.end());
-    next_.resize(bytes_.size(), kNone);
-    // A key that begins among the last bytes stored before is complete only now.
-    for (std::size_t i = at < kKeySize ? 0 : at - (kKeySize - 1); i + kKeySize <= bytes_.size();
-         ++i) {
-        const std::size_t key = Key(bytes_.data() + i);
-        (count_[key]++ == 0 ? first_[key] : next_[last_[key]]) = i;
-        last_[key] = i;
+    for (const std::uint8_t byte : run) {
+        key_ = NextKey(key_, byte);
+        seen_[Slot(key_)] = true;
     }
     return at;
 }

@@ -4,42 +4,44 @@
 #include <array>
 #include <cstddef>
 #include <limits>
-#include <vector>
 
 #include "foundation/bytes.h"
 
 namespace tessaro {
 
-/// The pixels stored so far, with every position known by the four bytes that begin there. It
-/// finds what a search from the first byte on finds.
+/// The pixels stored so far. It finds what a search from the first byte on finds, and need not
+/// search for most runs that are new: three of their bytes in a row have not been seen before.
 class SearchablePool {
 public:
     static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
 
-    SearchablePool() {
-        first_.fill(kNone);
-        count_.fill(0);
-    }
+    /// Takes memory for so many bytes at once.
+    explicit SearchablePool(std::size_t size) { bytes_.reserve(size); }
 
     /// The lowest position of the run among the bytes stored; kNone when it is not there. Only
-    /// stored bytes take part: a match with a byte yet to be written would come out wrong.
+    /// stored bytes take part: a match with a byte yet to be written would come out wrong. A run
+    /// is never empty.
     std::size_t Find(ByteSpan run) const;
 
     /// Stores the run at the end and returns its position.
     std::size_t Append(ByteSpan run);
 
-    std::size_t Size() const { return bytes_.size(); }
     ByteArray Release() { return std::move(bytes_); }
 
 private:
-    static constexpr std::size_t kKeySize = 4;
-    static constexpr unsigned kKeyBits = 10;
+    static constexpr std::size_t kKeySize = 3;
+    static constexpr unsigned kSlotBits = 12;
 
-    static std::size_t Key(const std::uint8_t* bytes);
+    /// The last three bytes, the latest on top.
+    static std::uint32_t NextKey(std::uint32_t key, std::uint8_t byte) {
+        return key >> 8 | std::uint32_t{byte} << 16;
+    }
+    static std::size_t Slot(std::uint32_t key) { return (key * 2654435761u) >> (32 - kSlotBits); }
+    bool MayHold(ByteSpan run) const;
 
     ByteArray bytes_;
-    std::vector<std::size_t> next_;  ///< the next position with the same key
-    std::array<std::size_t, 1u << kKeyBits> first_, last_, count_;
+    std::uint32_t key_ = 0;
+    std::array<bool, 1u << kSlotBits> seen_{};  ///< false: no three bytes of this slot are stored
 };
 
 }  // namespace tessaro

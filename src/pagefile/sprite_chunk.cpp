@@ -1,9 +1,9 @@
 #include "pagefile/sprite_chunk.h"
 
-#include <algorithm>
+#include <cstring>
+#include <limits>
 
 #include "pagefile/sprite_pools.h"
-#include "pagefile/transpose.h"
 
 namespace tessaro {
 namespace {
@@ -31,27 +31,41 @@ void DrawColumn(ByteSpan chunk, std::size_t list, std::span<std::uint8_t> column
             throw Failure(kSubscriptOutOfRange);
         ByteReader pool(chunk);
         pool.Seek(static_cast<std::size_t>(first));
-        std::ranges::copy(pool.Take(end - start),
-                          column.begin() + static_cast<std::ptrdiff_t>(start));
+        std::memcpy(column.data() + start, pool.Take(end - start).data(), end - start);
     }
 }
 
-/// The posts of an image whose columns are `height` bytes each, in column order.
+/// The first row from `from` on that holds an opaque pixel; the height where none does.
+std::size_t FirstOpaque(ByteSpan column, std::size_t from) {
+    // Most of a sprite is transparent: eight rows at a time.
+    std::uint64_t eight = 0;
+    for (; column.size() - from >= sizeof eight; from += sizeof eight) {
+        std::memcpy(&eight, column.data() + from, sizeof eight);
+        if (eight != ~std::uint64_t{0})
+            break;
+    }
+    while (from < column.size() && column[from] == kTransparent)
+        ++from;
+    return from;
+}
+
+/// The row after the last opaque one of the post that starts at `start`.
+std::size_t PostEnd(ByteSpan column, std::size_t start) {
+    const void* const end = std::memchr(column.data() + start, kTransparent, column.size() - start);
+    return end == nullptr
+               ? column.size()
+               : static_cast<std::size_t>(static_cast<const std::uint8_t*>(end) - column.data());
+}
+
+/// In column order.
 std::vector<Post> FindPosts(ByteSpan columns, std::size_t height) {
     std::vector<Post> posts;
-    if (height == 0)
-        return posts;
-    for (std::size_t x = 0; x < columns.size() / height; ++x) {
-        const ByteSpan column = columns.subspan(x * height, height);
-        for (std::size_t y = 0; y < height;) {
-            const auto from = column.begin() + static_cast<std::ptrdiff_t>(y);
-            const auto start = std::find_if(
-                from, column.end(), [](std::uint8_t pixel) { return pixel != kTransparent; });
-            const auto end = std::find(start, column.end(), kTransparent);
-            if (start != end)
-                posts.push_back({x, static_cast<std::size_t>(start - column.begin()),
-                                 static_cast<std::size_t>(end - column.begin())});
-            y = static_cast<std::size_t>(end - column.begin());
+    posts.reserve(64);
+    for (std::size_t at = 0, x = 0; at < columns.size(); at += height, ++x) {
+        const ByteSpan column = columns.subspan(at, height);
+        for (std::size_t y = FirstOpaque(column, 0); y < height; y = FirstOpaque(column, y)) {
+            posts.push_back({x, y, PostEnd(column, y)});
+            y = posts.back().end;
         }
     }
     return posts;
@@ -82,49 +96,51 @@ ByteArray DecodeSprite(ByteSpan chunk, std::int32_t side) {
             throw Failure(kSubscriptOutOfRange);
         DrawColumn(chunk, in.U16(), std::span(columns).subspan(x * size, size));
     }
-    return Transposed(columns, size, size);
+    return columns;
 }
 
-ByteArray CompileSprite(ByteSpan pixels, std::int32_t width, std::int32_t height,
-                        enmVSWAPCompression compression) {
+ByteArray CompileSprite(ByteSpan columns, std::int32_t height, enmVSWAPCompression compression) {
     const auto rows = static_cast<std::size_t>(height);
-    const ByteArray columns = Transposed(pixels, rows, static_cast<std::size_t>(width));
+    if (rows == 0 ? !columns.empty() : columns.size() % rows != 0)
+        throw Failure(kSubscriptOutOfRange);
     const std::vector<Post> posts = FindPosts(columns, rows);
-
-    std::vector<ByteSpan> runs;
-    runs.reserve(posts.size());
-    for (const Post& post : posts)
-        runs.push_back(
-            ByteSpan(columns).subspan(post.column * rows + post.start, post.end - post.start));
-    const SpritePool pool = PlaceRuns(runs, compression);
 
     // A wholly transparent image has one column, the first, without posts.
     const std::size_t left = posts.empty() ? 0 : posts.front().column;
     const std::size_t right = posts.empty() ? 0 : posts.back().column;
-    const std::size_t poolAt = 4 + 2 * (right - left + 1);
+    const std::size_t count = right - left + 1;
+    const std::size_t poolAt = 4 + 2 * count;
+    const std::size_t listsSize = kCommandSize * posts.size() + kEndSize * count;
+    if (poolAt + listsSize > 2 * std::numeric_limits<std::uint16_t>::max())
+        throw Failure(kOverflow);  // no column offset reaches there, wherever the pixels are
 
-    ByteWriter out;
-    out.U16(Narrow<std::uint16_t>(left));
-    out.U16(Narrow<std::uint16_t>(right));
-    std::size_t list = poolAt + pool.bytes.size();
-    auto post = posts.begin();
-    for (std::size_t x = left; x <= right; ++x) {
-        out.U16(Narrow<std::uint16_t>(list));
-        for (; post != posts.end() && post->column == x; ++post)
-            list += kCommandSize;
-        list += kEndSize;
-    }
-    out.Bytes(pool.bytes);
+    std::vector<ByteSpan> runs;
+    runs.reserve(posts.size());
+    for (const Post& post : posts)
+        runs.push_back(columns.subspan(post.column * rows + post.start, post.end - post.start));
+    const SpritePool pool = PlaceRuns(runs, compression);
+
+    ByteWriter offsets;
+    offsets.Reserve(poolAt + pool.bytes.size() + listsSize);
+    offsets.U16(Narrow<std::uint16_t>(left));
+    offsets.U16(Narrow<std::uint16_t>(right));
+    ByteWriter lists;
+    lists.Reserve(listsSize);
+    const std::size_t listsAt = poolAt + pool.bytes.size();
     std::size_t i = 0;
     for (std::size_t x = left; x <= right; ++x) {
+        offsets.U16(Narrow<std::uint16_t>(listsAt + lists.Position()));
         for (; i < posts.size() && posts[i].column == x; ++i) {
             const auto at = static_cast<std::int64_t>(poolAt + pool.offsets[i]);
-            out.U16(Narrow<std::uint16_t>(posts[i].end * 2));
-            out.I16(Narrow<std::int16_t>(at - static_cast<std::int64_t>(posts[i].start)));
-            out.U16(Narrow<std::uint16_t>(posts[i].start * 2));
+            lists.U16(Narrow<std::uint16_t>(posts[i].end * 2));
+            lists.I16(Narrow<std::int16_t>(at - static_cast<std::int64_t>(posts[i].start)));
+            lists.U16(Narrow<std::uint16_t>(posts[i].start * 2));
         }
-        out.U16(0);
+        lists.U16(0);
     }
+    ByteWriter& out = offsets;
+    out.Bytes(pool.bytes);
+    out.Bytes(lists.View());
     return out.Release();
 }
 

@@ -22,14 +22,13 @@ namespace tessaro {
 /// The palette index of a transparent pixel.
 inline constexpr std::uint8_t kTransparent = 255;
 
-/// The pixels (row by row, `side` x `side`) of a compiled sprite. The command lists are found
-/// through the column offsets alone: the games' own files hold a zero byte between an odd pool
-/// and the lists.
+/// The pixels (column by column, `side` x `side`) of a compiled sprite. The command lists are
+/// found through the column offsets alone: the games' own files hold a zero byte between an odd
+/// pool and the lists.
 ByteArray DecodeSprite(ByteSpan chunk, std::int32_t side);
 
-/// Compiles pixels (row by row, width x height). No byte aligns the lists after an odd pool.
-/// Numbers that do not fit their fields fail with number 6.
-ByteArray CompileSprite(ByteSpan pixels, std::int32_t width, std::int32_t height,
-                        enmVSWAPCompression compression);
+/// Compiles pixels (column by column, each `height` high). No byte aligns the lists after an odd
+/// pool. Numbers that do not fit their fields fail with number 6.
+ByteArray CompileSprite(ByteSpan columns, std::int32_t height, enmVSWAPCompression compression);
 
 }  // namespace tessaro

@@ -19,7 +19,7 @@ std::string_view AsText(ByteSpan bytes) {
 std::vector<ByteSpan> WithoutContained(SpriteRuns runs) {
     std::vector<ByteSpan> byLength(runs.begin(), runs.end());
     std::ranges::stable_sort(byLength, std::greater{}, &ByteSpan::size);
-    SearchablePool longer;
+    SearchablePool longer(0);
     std::vector<ByteSpan> kept;
     for (const ByteSpan run : byLength) {
         if (longer.Find(run) != kNone)
@@ -121,7 +121,7 @@ SpritePool PoolMerged(SpriteRuns runs) {
     SpritePool reused = PoolReused(runs);
     if (reused.bytes.size() < merged.size())
         return reused;
-    SearchablePool stored;
+    SearchablePool stored(merged.size());
     stored.Append(merged);
     SpritePool pool;
     for (const ByteSpan run : runs)

@@ -3,8 +3,20 @@
 #include "pagefile/searchable_pool.h"
 
 namespace tessaro {
+namespace {
+
+std::size_t TotalSize(SpriteRuns runs) {
+    std::size_t total = 0;
+    for (const ByteSpan run : runs)
+        total += run.size();
+    return total;
+}
+
+}  // namespace
 SpritePool PoolUnshared(SpriteRuns runs) {
     SpritePool pool;
+    pool.offsets.reserve(runs.size());
+    pool.bytes.reserve(TotalSize(runs));
     for (const ByteSpan run : runs) {
         pool.offsets.push_back(pool.bytes.size());
         pool.bytes.insert(pool.bytes.end(), run.begin(), run.end());
@@ -14,7 +26,8 @@ SpritePool PoolUnshared(SpriteRuns runs) {
 
 SpritePool PoolReused(SpriteRuns runs) {
     SpritePool pool;
-    SearchablePool stored;
+    pool.offsets.reserve(runs.size());
+    SearchablePool stored(TotalSize(runs));
     for (const ByteSpan run : runs) {
         const std::size_t at = stored.Find(run);
         pool.offsets.push_back(at != SearchablePool::kNone ? at : stored.Append(run));

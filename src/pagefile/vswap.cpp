@@ -1,11 +1,10 @@
 #include "tessaro/vswap.h"
 
-#include "foundation/bmp_image.h"
 #include "foundation/guard.h"
 #include "foundation/store.h"
 #include "foundation/wav_image.h"
+#include "pagefile/column_images.h"
 #include "pagefile/sprite_chunk.h"
-#include "pagefile/transpose.h"
 #include "pagefile/vswap_self.h"
 #include "platform/system.h"
 
@@ -26,35 +25,26 @@ void SetCount(std::int32_t& count, std::vector<PageItem>& items, std::int32_t va
         items.resize(static_cast<std::size_t>(value));
 }
 
-ByteArray BmpImage(std::int32_t side, ByteSpan pixels) {
-    return modAddBMPHeader::AddBMPHeader(side, side, pixels, true);
-}
-
-modAddBMPHeader::StrippedImage Strip(ByteSpan image, ImageSize& size) {
-    modAddBMPHeader::StrippedImage stripped = modAddBMPHeader::RemoveBMPHeader(image);
-    size = {stripped.width, stripped.height};
-    return stripped;
-}
-
 }  // namespace
 
 bool FixWallData(ByteSpan image, ByteArray& chunk, ImageSize& size) {
-    const auto stripped = Strip(image, size);
+    ColumnsOfImage stripped = StripToColumns(image);
+    size = {stripped.width, stripped.height};
     if (stripped.bitsPerPixel != 8)
         return false;
-    chunk = Transposed(stripped.pixels, static_cast<std::size_t>(size.height),
-                       static_cast<std::size_t>(size.width));
+    chunk = std::move(stripped.columns);
     return true;
 }
 
 bool FixSpriteData(ByteSpan image, ByteArray& chunk, ImageSize& size,
                    enmVSWAPCompression compression) {
-    const auto stripped = Strip(image, size);
+    const ColumnsOfImage stripped = StripToColumns(image);
+    size = {stripped.width, stripped.height};
     if (stripped.bitsPerPixel != 8) {
         SharedStore().errorState.Description = "BMP was not 256 colors.";
         return false;
     }
-    chunk = CompileSprite(stripped.pixels, size.width, size.height, compression);
+    chunk = CompileSprite(stripped.columns, size.height, compression);
     return true;
 }
 
@@ -166,8 +156,7 @@ bool clsVSwap::LoadWall(std::int32_t WallNum, ByteArray& Data) {
                 const ByteArray chunk = self_->index.Read(WallNum);
                 if (!chunk.empty()) {
                     self_->wallSize = chunk.size() == kHiResChunk ? 128 : 64;
-                    const auto side = static_cast<std::size_t>(self_->wallSize);
-                    image = BmpImage(self_->wallSize, Transposed(chunk, side, side));
+                    image = ImageOfColumns(chunk, self_->wallSize);
                 }
             }
             wall = {PageItem::From::Cache, std::move(image)};
@@ -185,7 +174,8 @@ bool clsVSwap::LoadSprite(std::int32_t SpriteNum, ByteArray& Data) {
             if (SpriteNum < self_->index.sprites) {
                 const ByteArray chunk = self_->index.Read(self_->index.walls + SpriteNum);
                 if (!chunk.empty())
-                    image = BmpImage(self_->spriteSize, DecodeSprite(chunk, self_->spriteSize));
+                    image =
+                        ImageOfColumns(DecodeSprite(chunk, self_->spriteSize), self_->spriteSize);
             }
             sprite = {PageItem::From::Cache, std::move(image)};
         }

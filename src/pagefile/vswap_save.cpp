@@ -141,8 +141,7 @@ void PageFileSave::SaveSprite(std::int32_t side) {
     } else if (!set && number_ < self_.index.sprites) {
         const ByteArray stored = self_.index.Read(self_.index.walls + number_);
         if (!stored.empty())
-            chunk = CompileSprite(DecodeSprite(stored, size.width), size.width, size.height,
-                                  compression_);
+            chunk = CompileSprite(DecodeSprite(stored, size.width), size.height, compression_);
     }
     if (!chunk.empty() && (size.width != side || size.height != side))
         Refuse(kInvalidProcedureCall,

@@ -54,7 +54,7 @@ TEST_F(RealGame, SpritesCompileBackToWhatIsStored) {
         const ByteArray pixels = DecodeSprite(stored, 64);
         std::array<ByteArray, 3> compiled;
         for (std::size_t i = 0; i < 3; ++i) {
-            compiled[i] = CompileSprite(pixels, 64, 64, static_cast<enmVSWAPCompression>(i));
+            compiled[i] = CompileSprite(pixels, 64, static_cast<enmVSWAPCompression>(i));
             EXPECT_EQ(DecodeSprite(compiled[i], 64), pixels) << chunk;
             total[i] += compiled[i].size();
         }

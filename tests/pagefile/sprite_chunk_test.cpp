@@ -14,10 +14,10 @@ using test::Hex;
 constexpr std::uint8_t t = kTransparent;
 
 // Column 1 holds 7 8 in rows 1 and 2, column 2 an 8 in row 0 and 7 8 in rows 2 and 3.
-const ByteArray kImage{t, t, 8, t,  //
-                       t, 7, t, t,  //
-                       t, 8, 7, t,  //
-                       t, t, 8, t};
+const ByteArray kImage{t, t, t, t,   //
+                       t, 7, 8, t,   //
+                       8, t, 7, 8,   //
+                       t, t, t, t};  // column by column
 
 const ByteArray kUnshared =
     Hex("0100 0200  0D00 1500  07 08 08 07 08"
@@ -36,21 +36,21 @@ const ByteArray kShared =
         "0200 0900 0000  0800 0600 0400  0000");
 
 TEST(SpriteChunk, LiteralBytesBothWays) {
-    EXPECT_EQ(CompileSprite(kImage, 4, 4, vcNone), kUnshared);
-    EXPECT_EQ(CompileSprite(kImage, 4, 4, vcOriginal), kShared);
-    EXPECT_EQ(CompileSprite(kImage, 4, 4, vcGood), kShared);
+    EXPECT_EQ(CompileSprite(kImage, 4, vcNone), kUnshared);
+    EXPECT_EQ(CompileSprite(kImage, 4, vcOriginal), kShared);
+    EXPECT_EQ(CompileSprite(kImage, 4, vcGood), kShared);
     for (const ByteArray& chunk : {kUnshared, kAligned, kShared})
         EXPECT_EQ(DecodeSprite(chunk, 4), kImage);
 
     // The first post starts so far down that its pixels less its row lie before the chunk.
     const ByteArray low = Hex("0000 0000  0700  09  2000 F7FF 1E00 0000");
     ByteArray image(256, t);
-    image[15 * 16] = 9;
-    EXPECT_EQ(CompileSprite(image, 16, 16, vcNone), low);
+    image[15] = 9;
+    EXPECT_EQ(CompileSprite(image, 16, vcNone), low);
     EXPECT_EQ(DecodeSprite(low, 16), image);
 
     // Nothing to see: one column with an empty list.
-    EXPECT_EQ(CompileSprite(ByteArray(16, t), 4, 4, vcGood), Hex("0000 0000 0600 0000"));
+    EXPECT_EQ(CompileSprite(ByteArray(16, t), 4, vcGood), Hex("0000 0000 0600 0000"));
     EXPECT_EQ(DecodeSprite(Hex("0000 0000 0600 0000"), 4), ByteArray(16, t));
 }
 
@@ -78,12 +78,12 @@ TEST(SpriteChunk, NumbersThatDoNotFitFail) {
     // One wide solid area: the pool passes 32,767.
     for (const ByteArray& pixels : {image, ByteArray(256 * 256, 3)})
         try {
-            CompileSprite(pixels, 256, 256, vcNone);
+            CompileSprite(pixels, 256, vcNone);
             FAIL();
         } catch (const Failure& failure) {
             EXPECT_EQ(failure.Number, kOverflow);
         }
-    EXPECT_THROW(CompileSprite(kImage, 4, 4, static_cast<enmVSWAPCompression>(3)), Failure);
+    EXPECT_THROW(CompileSprite(kImage, 4, static_cast<enmVSWAPCompression>(3)), Failure);
 }
 
 /// The search as the format knows it: byte by byte from the first on, among the bytes stored.
