@@ -1,8 +1,8 @@
 #include "foundation/bytes.h"
 #include "graphics/picture_planes.h"
+#include "pagefile/column_images.h"
 #include "pagefile/page_file.h"
 #include "pagefile/sprite_chunk.h"
-#include "pagefile/transpose.h"
 #include "sample/art.h"
 #include "sample/game_files.h"
 #include "sample/letters.h"
@@ -22,7 +22,7 @@ ByteArray MakePageFile() {
         pages.AddChunk(Transposed(wall.Pixels(), 64, 64));
     const std::int32_t spriteStart = pages.Count();
     for (const Canvas& sprite : DrawSprites())
-        pages.AddChunk(CompileSprite(sprite.Pixels(), 64, 64, vcNone));
+        pages.AddChunk(CompileSprite(Transposed(sprite.Pixels(), 64, 64), 64, vcNone));
     pages.AddChunk({});  // a sprite that this edition of the game does without
     const std::int32_t soundStart = pages.Count();
 
