@@ -154,12 +154,18 @@ private:
     bool withinCode_ = false;
 };
 
-/// The codes of `source` behind `room` bytes of zero; the last byte is partly filled or empty.
-/// Between two stores lie `kGroup` codes, which with up to 7 bits left over fit the accumulator.
-template <unsigned kGroup>
-ByteArray PackCodes(std::size_t room, ByteSpan source, const std::array<Code, 256>& codes) {
-    constexpr std::size_t kBlock = 64 * kGroup;          // codes between two looks at the space
-    constexpr std::size_t kBlockSize = 4 * kBlock + 8;   // 32 bits each, and a store's surplus
+/// The stream for `source` behind `room` bytes of zero; its last byte is partly filled or empty.
+ByteArray CompressBehind(std::size_t room, ByteSpan source, const HuffDictionary& dictionary) {
+    constexpr std::size_t kGroup = 4;                   // codes between two stores
+    constexpr unsigned kFits = 57;                      // bits that join 7 left over
+    constexpr std::size_t kBlock = 256;                 // codes between two looks at the space
+    constexpr std::size_t kBlockSize = 4 * kBlock + 8;  // 32 bits each, and a store's surplus
+    const CodeTable& table = CodeTableFor(dictionary);
+    const std::array<Code, 256>& codes = table.codes;
+    const auto unfit = [&](std::uint8_t value) { return codes[value].length > 32; };
+    if (table.longest > 32 && std::ranges::any_of(source, unfit))
+        throw Failure(kSubscriptOutOfRange);
+
     ByteArray bytes(room + source.size() + kBlockSize);  // mostly enough
     std::size_t used = room;
     std::uint64_t pending = 0;
@@ -178,35 +184,30 @@ ByteArray PackCodes(std::size_t room, ByteSpan source, const std::array<Code, 25
             pending = pending >> half >> half;
             pendingBits &= 7;
         };
-        for (; done + kGroup <= end; done += kGroup) {
-            std::uint64_t bits = 0;
-            unsigned length = 0;
-            for (unsigned k = 0; k < kGroup; ++k) {
-                const Code& code = codes[source[done + k]];
-                bits |= std::uint64_t{code.bits} << length;
-                length += code.length;
+        while (done < end) {
+            if (done + kGroup <= end) {
+                const Code& a = codes[source[done]];
+                const Code& b = codes[source[done + 1]];
+                const Code& c = codes[source[done + 2]];
+                const Code& d = codes[source[done + 3]];
+                const unsigned two = a.length + b.length;
+                const unsigned three = two + c.length;
+                if (three + d.length <= kFits) {
+                    append(a.bits | std::uint64_t{b.bits} << a.length |
+                               std::uint64_t{c.bits} << two | std::uint64_t{d.bits} << three,
+                           three + d.length);
+                    done += kGroup;
+                    continue;
+                }
             }
-            append(bits, length);
+            const Code& code = codes[source[done++]];
+            append(code.bits, code.length);
         }
-        for (; done < end; ++done)
-            append(codes[source[done]].bits, codes[source[done]].length);
         used = static_cast<std::size_t>(out - bytes.data());
     }
     bytes[used] = static_cast<std::uint8_t>(pending);
     bytes.resize(used + 1);
     return bytes;
-}
-
-/// The stream for `source` behind `room` bytes of zero.
-ByteArray CompressBehind(std::size_t room, ByteSpan source, const HuffDictionary& dictionary) {
-    const CodeTable& table = CodeTableFor(dictionary);
-    const auto unfit = [&](std::uint8_t value) { return table.codes[value].length > 32; };
-    if (table.longest > 32 && std::ranges::any_of(source, unfit))
-        throw Failure(kSubscriptOutOfRange);
-    return table.longest <= 14   ? PackCodes<4>(room, source, table.codes)
-           : table.longest <= 19 ? PackCodes<3>(room, source, table.codes)
-           : table.longest <= 28 ? PackCodes<2>(room, source, table.codes)
-                                 : PackCodes<1>(room, source, table.codes);
 }
 
 }  // namespace

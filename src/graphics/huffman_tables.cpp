@@ -1,6 +1,7 @@
 #include "graphics/huffman_tables.h"
 
 #include <algorithm>
+#include <cstring>
 #include <optional>
 
 namespace tessaro {
@@ -72,7 +73,7 @@ public:
     template <class Build>
     const Table& For(const HuffDictionary& dictionary, Build&& build) {
         for (std::size_t i = 0; i < entries_.size(); ++i)
-            if (entries_[i].dictionary == dictionary)
+            if (std::memcmp(&entries_[i].dictionary, &dictionary, sizeof(dictionary)) == 0)
                 return Front(i);
         if (entries_.size() < kEntries)
             entries_.emplace_back();
