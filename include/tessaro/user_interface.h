@@ -63,4 +63,12 @@ public:
 /// installation. Returns what was installed before, null for the default.
 TESSARO_API UserInterface* SetUserInterface(UserInterface* Interface);
 
+#ifdef _WIN32
+/// The window (an HWND) that the calling thread's message boxes and forms belong to: they stand
+/// before it, and it takes no input until they are answered. Null, as it is at first, stands for
+/// the thread's active window.
+TESSARO_API void* OwnerWindow();
+TESSARO_API void OwnerWindow(void* Window);
+#endif
+
 }  // namespace tessaro
