@@ -1,0 +1,41 @@
+// Someone at the keyboard: finds a window by its caption from another thread and acts on it.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <thread>
+
+namespace tessaro::test {
+
+/// The top-level window with that caption, once it is there; null after ten seconds without one.
+HWND WaitForWindow(const std::wstring& caption);
+/// Whether the window goes away within ten seconds.
+bool WaitUntilGone(HWND window);
+/// What a control shows.
+std::wstring TextOf(HWND window, int id);
+/// The text of a message box.
+std::wstring BoxText(HWND box);
+/// Replaces the content of a text box key by key.
+void Type(HWND window, int id, const std::wstring& text);
+/// Presses a button as the mouse does.
+void Press(HWND window, int id);
+
+/// Runs `act` on the window in a thread of its own; waits for it at the end.
+class Visitor {
+public:
+    Visitor(std::wstring caption, std::function<void(HWND)> act);
+    ~Visitor() { Wait(); }
+    Visitor(const Visitor&) = delete;
+    Visitor& operator=(const Visitor&) = delete;
+
+    /// Whether the window appeared.
+    bool Wait();
+
+private:
+    bool found_ = false;
+    std::thread thread_;
+};
+
+}  // namespace tessaro::test
