@@ -139,8 +139,8 @@ public:
     /// Writes the listed maps into one file whose extension names the format: ".LVL" FloEdit,
     /// ".MAP" KZR, ".RTL" and ".RTC" Rise of the Triad (map i of the list in slot i). Any other
     /// extension leaves an empty file and returns True: that is meant.
-    /// FloEdit files hold 64 x 64 maps only: with any other map the list goes to a KZR file with the
-    /// extension ".map", after a question where that exists.
+    /// FloEdit files hold 64 x 64 maps only: with any other map the list goes to a KZR file with
+    /// the extension ".map", after a question where that exists.
     /// @return False, too, when maps that could not be loaded were left out of the file.
     bool ExportMultiMap(const std::vector<std::int32_t>& MapArray, const std::string& FileName,
                         bool ExportNames);
@@ -155,6 +155,8 @@ public:
                          std::int32_t& Height, std::string& Name);
 
     SaveStatusEvent SaveStatus;
+    /// Its `Chunk` is the plane or header slot last written, no map number: that is meant. The
+    /// description names the map.
     SaveErrorEvent SaveError;
     SaveCompleteEvent SaveComplete;
 

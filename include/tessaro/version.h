@@ -30,8 +30,10 @@ public:
     /// Forgets the game before, then finds a complete set of one game's files in `DataPath`, a
     /// folder without a trailing separator: the extension from VGADICT.* (else EGADICT.*, a
     /// 16-colour game), then the map, audio, page and graphics files of that extension.
-    /// Everything but AppPath, OutputFolder, CompileExtension and HiResOutput is reset first, so
-    /// set BackupFolder and AudioMusFile after it.
+    /// Every file name, BackupFolder and what the game permits are reset first, so set
+    /// BackupFolder and AudioMusFile after it. Extension, EGAGraphics and MapsAreVersion10 keep
+    /// their values until a dictionary file names the game; AppPath, OutputFolder,
+    /// CompileExtension and HiResOutput are the host's and stay.
     /// @return True when the set is complete. False leaves the settings as they stood where the
     ///         search ended (the name tried last stays) and reports nothing but unexpected
     ///         failures, such as an unreadable folder.

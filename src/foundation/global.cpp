@@ -97,9 +97,7 @@ bool BackupFile(const std::string& path, std::int32_t number) {
             }
             DeleteFileAt(backup);
         }
-        CopyFileTo(path, backup);
-        if (FileExists(path))
-            DeleteFileAt(path);
+        MoveFileTo(path, backup);
         return true;
     } catch (...) {
         Failure failure = CurrentFailure();
@@ -119,9 +117,7 @@ bool RestoreFile(const std::string& path, std::int32_t number) {
         const std::string backup = BackupPath(FileNameFromPath(path, false), number);
         if (!FileExists(backup))
             return false;
-        DeleteFileAt(path);
-        CopyFileTo(backup, path);
-        DeleteFileAt(backup);
+        MoveFileTo(backup, path);  // at no time is there neither of the two
         return true;
     });
 }

@@ -7,73 +7,86 @@
 namespace tessaro {
 namespace {
 
-std::string TemporaryName(const NewFile& file) {
-    return file.path + ".new";
+std::string TemporaryName(const std::string& path) {
+    return path + ".new";
 }
 
-/// Removes what an undone replacement left, as far as the system lets it: the failure that caused
-/// the undoing is the one that the user is told of.
-void DeleteQuietly(const std::string& path) {
+/// One step of undoing. Undoing goes on as far as the system lets it, also where a failure cannot
+/// even be logged: the failure that caused it is the one that the caller is told of.
+template <class Step>
+void Quietly(Step&& step) {
     try {
-        if (FileExists(path))
-            DeleteFileAt(path);
-    } catch (const Failure&) {
+        step();
+    } catch (...) {
     }
+}
+
+void DeleteIfThere(const std::string& path) {
+    if (FileExists(path))
+        DeleteFileAt(path);
 }
 
 class Replacement {
 public:
-    explicit Replacement(const std::vector<NewFile>& files) : files_(files) {}
+    explicit Replacement(const std::vector<NewFile>& files) : files_(files) {
+        // The names keep the case that they have in their folder.
+        for (const NewFile& file : files)
+            paths_.push_back(ResolveCase(file.path));
+    }
 
     bool Run() {
         bool anyOld = false;
         std::vector<std::string> names;
-        for (const NewFile& file : files_) {
-            anyOld = anyOld || FileExists(file.path);
-            names.push_back(modGlobal::FileNameFromPath(file.path, false));
+        for (const std::string& path : paths_) {
+            anyOld = anyOld || FileExists(path);
+            names.push_back(modGlobal::FileNameFromPath(path, false));
         }
         if (anyOld && SharedStore().backupFolder.empty())
             throw Failure(kPathNotFound, "No backup folder is set.");
-        for (const NewFile& file : files_)
-            WriteWholeFile(TemporaryName(file), file.content);
+        for (std::size_t i = 0; i < paths_.size(); ++i) {
+            ++written_;
+            WriteWholeFile(TemporaryName(paths_[i]), files_[i].content);
+        }
 
         number_ = anyOld ? modGlobal::NextBackupNumber(names) : 0;
-        for (const NewFile& file : files_) {
-            const bool exists = FileExists(file.path);
-            if (exists && !modGlobal::BackupFile(file.path, number_))
+        for (const std::string& path : paths_) {
+            const bool exists = FileExists(path);
+            if (exists && !modGlobal::BackupFile(path, number_))
                 return false;
             backedUp_.push_back(exists);
         }
-        for (const NewFile& file : files_) {
+        for (const std::string& path : paths_) {
             ++moved_;
-            MoveFileTo(TemporaryName(file), file.path);
+            MoveFileTo(TemporaryName(path), path);
         }
         return true;
     }
 
     void Undo() {
-        for (std::size_t i = 0; i < files_.size(); ++i) {
-            DeleteQuietly(TemporaryName(files_[i]));
+        for (std::size_t i = 0; i < written_; ++i) {
+            const std::string& path = paths_[i];
+            Quietly([&] { DeleteIfThere(TemporaryName(path)); });
             if (i < backedUp_.size() && backedUp_[i])
-                BringBack(files_[i].path);
-            else if (i < moved_ && i < backedUp_.size())
-                DeleteQuietly(files_[i].path);
+                BringBack(path);
+            else if (i < moved_)
+                Quietly([&] { DeleteIfThere(path); });
         }
     }
 
 private:
     void BringBack(const std::string& path) {
-        try {
-            // The restore acts only over a file, so one is put where nothing stands.
+        // The restore acts only over a file, so one is put where nothing stands.
+        Quietly([&] {
             if (!FileExists(path))
                 WriteWholeFile(path, {});
-        } catch (const Failure&) {
-        }
-        modGlobal::RestoreFile(path, number_);
+        });
+        Quietly([&] { modGlobal::RestoreFile(path, number_); });
     }
 
     const std::vector<NewFile>& files_;
+    std::vector<std::string> paths_;
     std::int32_t number_ = 0;
+    std::size_t written_ = 0;
     std::vector<bool> backedUp_;
     std::size_t moved_ = 0;
 };

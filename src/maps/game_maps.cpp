@@ -9,6 +9,8 @@
 namespace tessaro {
 
 typMapPlane EmptyPlanes(std::size_t count, std::size_t cells) {
+    if (!FitsMap(count, cells))
+        throw Failure(kOutOfMemory);
     typMapPlane planes;
     planes.Plane.assign(count, typMapGrid{std::vector<std::int32_t>(cells)});
     return planes;

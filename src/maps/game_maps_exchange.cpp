@@ -35,7 +35,7 @@ ExchangeSettings SettingsOf(const Self& self, bool exportNames = true) {
     return {.exportNames = exportNames,
             .planes = self.outputMapPlanes,
             .nameSize = self.outputMapNameSize,
-            .rlewTag = static_cast<std::uint16_t>(self.compileRlewTag),
+            .rlewTag = self.compileRlewTag,
             .readTags = self.tags,
             .writeTags = self.compileTags};
 }

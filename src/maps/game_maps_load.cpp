@@ -72,7 +72,12 @@ bool clsGameMaps::Self::LoadMapHeader() {
         compileRlewTag = static_cast<std::int16_t>(set.header.rlewTag);
         longRlewTag = static_cast<std::int32_t>(
             (static_cast<std::uint32_t>(longRlewTag) & 0xFFFF'0000) | set.header.rlewTag);
-        maps.resize(set.header.MapCount());
+        const std::size_t count = set.header.MapCount();
+        if (input.planes < 1 || input.nameSize < 0)
+            throw Failure(kSubscriptOutOfRange);
+        if (count > kMostRecordBytes / input.RecordSize())
+            throw Failure(kOutOfMemory);
+        maps.resize(count);
         headerSlots = std::move(set.header.offsets);
         return true;
     });
@@ -80,10 +85,8 @@ bool clsGameMaps::Self::LoadMapHeader() {
 
 bool clsGameMaps::Self::LoadMapData() {
     return Guarded("clsGameMaps.LoadMapData", [&] {
-        if (maps.empty() || input.planes < 1 || input.nameSize < 0)
+        if (maps.empty())
             throw Failure(kSubscriptOutOfRange);
-        if (maps.size() > kMostRecordBytes / input.RecordSize())
-            throw Failure(kOutOfMemory);
         dataFile = File(SharedStore().gameMapsFile, FileMode::Read);
         for (std::size_t i = 0; i < maps.size(); ++i) {
             const ByteArray bytes =
@@ -137,7 +140,7 @@ bool clsGameMaps::Self::BringIn(std::int32_t mapNum) {
         if (count == 0)
             throw Failure(kSubscriptOutOfRange);
         const std::size_t cells = PlaneCells(item.record.width, item.record.height);
-        if (cells * count > static_cast<std::size_t>(kMostMapCells))
+        if (!FitsMap(count, cells))
             throw Failure(kOutOfMemory);
         if (!dataFile.IsOpen())
             dataFile = File(SharedStore().gameMapsFile, FileMode::Read);

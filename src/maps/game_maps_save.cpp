@@ -37,10 +37,9 @@ void Quietly(Step&& step) {
     }
 }
 
-[[noreturn]] void RefusePlane(std::size_t map, std::size_t plane, std::int32_t number,
-                              const std::string& why) {
-    throw Failure(number, "Could not save map " + std::to_string(map) + " because its plane " +
-                              std::to_string(plane) + why + "  Aborting.");
+[[noreturn]] void RefusePlane(std::size_t map, std::size_t plane, const std::string& why) {
+    throw Failure(0, "Could not save map " + std::to_string(map) + " because its plane " +
+                         std::to_string(plane) + why + "  Aborting.");
 }
 
 }  // namespace
@@ -51,9 +50,8 @@ struct clsGameMaps::Self::Save {
         : host(maps),
           self(*maps.self_),
           layout{self.outputMapPlanes, self.outputMapNameSize, self.saveLengthsAsLong},
-          prefix(self.SavePrefix()),
-          dataPath(SharedStore().gameMapsFile),
-          headerPath(SharedStore().mapHeaderFile) {}
+          dataPath(ResolveCase(SharedStore().gameMapsFile)),
+          headerPath(ResolveCase(SharedStore().mapHeaderFile)) {}
 
     void Run() {
         if (self.maps.empty())
@@ -134,6 +132,12 @@ private:
             throw Failure(kMapNotLoaded, "Could not load map " + std::to_string(map) +
                                              " in order to save.  Aborting.");
         const MapItem& item = self.maps.at(map);
+        if (const auto planes = static_cast<std::size_t>(layout.planes);
+            !FitsMap(planes, PlaneCells(item.record.width, item.record.height)))
+            throw Failure(kOutOfMemory, "Could not save map " + std::to_string(map) + " with " +
+                                            std::to_string(planes) +
+                                            " planes of its size.  Save fewer planes or make "
+                                            "the map smaller.  Aborting.");
         MapRecord record{{}, {}, item.record.width, item.record.height, {}};
         ByteWriter out;
         for (std::int16_t plane = 0; plane < layout.planes; ++plane) {
@@ -160,12 +164,10 @@ private:
     }
 
     ByteArray PackedPlane(const MapItem& item, std::size_t map, std::size_t plane) const {
-        const auto refuse = [&](std::int32_t number, const std::string& why) {
-            RefusePlane(map, plane, number, why);
-        };
+        const auto refuse = [&](const std::string& why) { RefusePlane(map, plane, why); };
         const auto needShort = [&](std::size_t size, std::size_t most) {
             if (!layout.longLengths && size > most)
-                refuse(0, " is too large for 16-bit lengths.  Save with long lengths.");
+                refuse(" is too large for 16-bit lengths.  Save with long lengths.");
         };
         // Planes that the map does not have are empty ones: this is how a set gets more planes.
         const ByteArray cells = plane < item.planes.Plane.size()
@@ -174,14 +176,13 @@ private:
                                                 sizeof(std::uint16_t));
         needShort(cells.size(), kLongestShortLength);
         ByteArray packed;
-        try {
-            packed = RlewCompress(static_cast<std::uint16_t>(self.compileRlewTag), cells, prefix);
-        } catch (const Failure& failure) {
-            refuse(failure.Number, " has too few runs of equal cells to be compressed.");
-        }
+        if (!self.RLEWCompress(static_cast<std::uint16_t>(self.compileRlewTag), cells, packed,
+                               true))
+            refuse(" has too few runs of equal cells to be compressed.");
         if (!SharedStore().mapsAreVersion10) {
             needShort(packed.size(), kLongestSignedLength);  // read back with its sign
-            packed = tessaro::CarmackCompress(packed, prefix, self.compileTags);
+            if (!self.CarmackCompress(packed))
+                refuse(" could not be compressed.");
         }
         needShort(packed.size(), kLongestShortLength);
         return packed;
@@ -224,7 +225,6 @@ private:
     clsGameMaps& host;
     Self& self;
     MapLayout layout;
-    LengthPrefix prefix;
     std::string dataPath, headerPath;
     std::vector<MapRecord> records;
     std::vector<std::int32_t> slots;

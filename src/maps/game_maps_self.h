@@ -34,6 +34,9 @@ struct ClipboardMap {
 
 /// Nor do the planes of a stored map together: a few bytes of a file must not cost gigabytes.
 inline constexpr std::int64_t kMostMapCells = 4 * kMostPlaneCells;
+constexpr bool FitsMap(std::size_t planes, std::size_t cells) {
+    return planes <= static_cast<std::size_t>(kMostMapCells) / cells;
+}
 inline constexpr std::int16_t kNewMapSide = 64;
 
 /// `count` planes of cells that are all 0.

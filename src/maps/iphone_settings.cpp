@@ -135,7 +135,7 @@ void frmIPhoneSettings::cmdOK_Click() {
         return ShowMissingValue("Map must have music.");
     settings_.MapName = mapName_;
     settings_.MusicName = musicName_;
-    settings_.ParTime = static_cast<float>(minutes_) + static_cast<float>(seconds_) / 60.0F;
+    settings_.ParTime = static_cast<float>(minutes_ + seconds_ / 60.0);
     settings_.RLEWTag = static_cast<std::uint16_t>(tag_);
     settings_.FloorColor = colors_[0];
     settings_.CeilingColor = colors_[1];

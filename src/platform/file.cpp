@@ -134,6 +134,8 @@ ByteArray File::ReadAt(std::int64_t position, std::int64_t size) {
     const std::int64_t fileSize = Size();
     if (position > fileSize || size > fileSize - position)
         throw Failure(kInputPastEnd);
+    if (!std::in_range<std::size_t>(size))
+        throw Failure(kOutOfMemory);
     ByteArray bytes(static_cast<std::size_t>(size));
     Seek(position);
     if (Read(bytes) < bytes.size())

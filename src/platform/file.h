@@ -70,7 +70,8 @@ bool FolderExists(const std::string& path);
 void DeleteFileAt(const std::string& path);
 /// Copies onto `to`, which is replaced; an incomplete copy is removed again.
 void CopyFileTo(const std::string& from, const std::string& to);
-/// Moves onto `to`, which is replaced.
+/// Moves onto `to`, which is replaced. Where the two lie on different disks it is copied and, when
+/// the copy is complete, deleted.
 void MoveFileTo(const std::string& from, const std::string& to);
 void CreateFolder(const std::string& path);
 /// The names of the files (not folders) of a folder that match a pattern with `*` and `?`, without

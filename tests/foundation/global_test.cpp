@@ -151,6 +151,41 @@ TEST_F(Global, FileNamesWithAndWithoutExtension) {
     EXPECT_EQ(OutputPath(JoinPath("game", "VSWAP.WL6")), JoinPath("out", "VSWAP.WL1"));
 }
 
+TEST_F(Global, ReplacedFilesKeepTheCaseOfTheirNames) {
+    folder_.Write("vswap.wl6", Ascii("old"));
+    const std::string path = folder_.File("VSWAP.WL6");
+    {
+        test::FailingFiles failing(6);  // the move of the new file, after the old one has gone
+        EXPECT_THROW(ReplaceFiles({{path, Ascii("new")}}), Failure);
+        EXPECT_TRUE(failing.Failed());
+    }
+    EXPECT_EQ(ListFiles(folder_.Path(), "v*"), std::vector<std::string>{"vswap.wl6"});
+    EXPECT_EQ(folder_.Read("vswap.wl6"), Ascii("old"));
+    ASSERT_TRUE(ReplaceFiles({{path, Ascii("new")}}));
+    EXPECT_EQ(ListFiles(folder_.Path(), "v*"), std::vector<std::string>{"vswap.wl6"});
+    EXPECT_EQ(folder_.Read("vswap.wl6"), Ascii("new"));
+}
+
+TEST_F(Global, ALogThatCannotBeWrittenDoesNotKeepOldFilesAway) {
+    const std::string a = folder_.Write("A.WL6", Ascii("old a"));
+    const std::string b = folder_.Write("B.WL6", Ascii("old b"));
+    SharedStore().appPath = folder_.File("nowhere");
+    int moves = 0;
+    SetFileOperationHook([&](FileOperation operation, const std::string&) {
+        if (operation == FileOperation::Move && ++moves >= 3 && moves <= 4)
+            throw Failure(kDiskFull);  // the first new file, then the first restore
+    });
+    try {
+        ReplaceFiles({{a, Ascii("new a")}, {b, Ascii("new b")}});
+        ADD_FAILURE();
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.Number, kDiskFull);
+    }
+    SetFileOperationHook(nullptr);
+    EXPECT_EQ(folder_.Read(JoinPath("backup", "A.WL6.001")), Ascii("old a"));
+    EXPECT_EQ(folder_.Read("B.WL6"), Ascii("old b"));
+}
+
 TEST_F(Global, ReplacingFilesIsAllOrNothingAtEveryFileOperation) {
     const std::string a = folder_.File("A.WL6"), b = folder_.File("B.WL6"),
                       c = folder_.File("C.WL6");

@@ -277,13 +277,14 @@ TEST(Rott, WritesAndReadsAHundredSlots) {
     ForeignMap map = Uniform(128, {7, 8, 9});
     map.name = "Ruins of the temple, west";
     map.slot = 2;
-    const ByteArray planes = Hex("4D4B 0040 0700  4D4B 0040 0800  4D4B 0040 0900");
+    const ByteArray planes = Hex("CDAB 0040 0700  CDAB 0040 0800  CDAB 0040 0900");
     const ByteArray file =
         Ascii("RTC") + Hex("00 01010000") + EmptySlots(2) +
-        Hex("01000000 15A10000 4D4B0000 01000000 08190000 0E190000 14190000 06000000 06000000 "
+        Hex("01000000 15A10000 CDABFFFF 01000000 08190000 0E190000 14190000 06000000 06000000 "
             "06000000") +
         Ascii("Ruins of the temple, w") + Hex("0000") + EmptySlots(97) + planes;
-    EXPECT_EQ(kRottRtcFormat.write({&map, 1}, {.rlewTag = 0x4B4D}), file);
+    EXPECT_EQ(kRottRtcFormat.write({&map, 1}, {.rlewTag = -21555}), file)
+        << "the tag is written whole, with its sign";
 
     const auto maps = ReadFile(file);
     ASSERT_EQ(maps.size(), 1u);

@@ -42,7 +42,7 @@ struct ExchangeSettings {
     bool exportNames = true;
     std::int16_t planes = 3;     ///< planes per map in a KZR file
     std::int16_t nameSize = 16;  ///< bytes of the name field in a KZR file
-    std::uint16_t rlewTag = 0xABCD;
+    std::int32_t rlewTag = 0xABCD;
     CarmackTags readTags = {}, writeTags = {};
 };
 

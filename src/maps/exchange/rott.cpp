@@ -42,7 +42,7 @@ constexpr std::size_t kNameCharacters = 22;
 struct Slot {
     bool used = false;
     std::uint32_t crc = 65'535;
-    std::uint32_t tag = 0;
+    std::int32_t tag = 0;  ///< its low 16 bits mark the runs
     std::array<std::uint32_t, kPlanes> start{};
     std::array<std::uint32_t, kPlanes> length{};
     std::string name;
@@ -51,7 +51,7 @@ struct Slot {
         Slot slot;
         slot.used = in.U32() != 0;
         slot.crc = in.U32();
-        slot.tag = in.U32();
+        slot.tag = in.I32();
         in.Skip(4);  // specials
         for (std::uint32_t& start : slot.start)
             start = in.U32();
@@ -64,7 +64,7 @@ struct Slot {
     void WriteTo(ByteWriter& out) const {
         out.U32(used ? 1 : 0);
         out.U32(crc);
-        out.U32(tag);
+        out.I32(tag);
         out.U32(used ? 1 : 0);
         for (std::uint32_t value : start)
             out.U32(value);
@@ -112,8 +112,8 @@ std::vector<ForeignMap> Read(ByteSpan file, const ExchangeSettings&) {
     return maps;
 }
 
-ByteArray Pack(ByteSpan cells, std::size_t plane, std::uint16_t tag) try {
-    return RlewCompress(tag, cells, LengthPrefix::None);
+ByteArray Pack(ByteSpan cells, std::size_t plane, std::int32_t tag) try {
+    return RlewCompress(static_cast<std::uint16_t>(tag), cells, LengthPrefix::None);
 } catch (const Failure& failure) {
     throw Refusal(failure, "clsGameMaps.RLEWCompress",
                   "There was a problem while RLEW compressing map plane " + std::to_string(plane),
@@ -121,7 +121,7 @@ ByteArray Pack(ByteSpan cells, std::size_t plane, std::uint16_t tag) try {
 }
 
 /// Appends the map's planes and describes them in its slot.
-void WriteMap(ByteWriter& out, Slot& slot, const ForeignMap& map, std::uint16_t tag) {
+void WriteMap(ByteWriter& out, Slot& slot, const ForeignMap& map, std::int32_t tag) {
     if (map.width != kSide || map.height != kSide)
         throw Refusal("ROTT maps must be 128x128.", mbExclamation);
     slot.used = true;

@@ -75,8 +75,12 @@ bool FolderExists(const std::string& path) {
 void MoveFileTo(const std::string& from, const std::string& to) {
     const std::string source = ResolveCase(from), target = ResolveCase(to);
     CallFileOperationHook(FileOperation::Move, source);
-    if (std::rename(source.c_str(), target.c_str()) != 0)
+    if (std::rename(source.c_str(), target.c_str()) == 0)
+        return;
+    if (errno != EXDEV)
         throw FailureFromErrno(errno, source);
+    CopyFileTo(source, target);
+    DeleteFileAt(source);
 }
 
 void CreateFolder(const std::string& path) {

@@ -79,8 +79,11 @@ std::vector<std::string> ListFiles(const std::string& folder, std::string_view p
     std::vector<std::string> names;
     WIN32_FIND_DATAA entry{};
     const HANDLE search = FindFirstFileA(JoinPath(folder, "*").c_str(), &entry);
-    if (search == INVALID_HANDLE_VALUE)
+    if (search == INVALID_HANDLE_VALUE) {
+        if (GetLastError() == ERROR_FILE_NOT_FOUND)  // the empty root of a drive
+            return names;
         throw FailureFromLastError(folder);
+    }
     do {
         if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0 &&
             MatchesPattern(entry.cFileName, pattern))
