@@ -30,16 +30,16 @@ std::string DescriptionOf(const std::string& prompt, const std::string& title) {
     return colon == std::string::npos ? prompt : prompt.substr(colon + 2);
 }
 
+}  // namespace
+
 /// The library writes its log as soon as the box is closed, so the folder has to be there by now.
-void PrepareLogFolder() {
-    clsVersion version;
+void Console::PrepareLogFolder() {
     std::error_code error;
     const std::filesystem::path folder = StateFolder();
     std::filesystem::create_directories(folder, error);
-    version.AppPath(error ? std::filesystem::temp_directory_path(error).string() : folder.string());
+    settings_.AppPath(error ? std::filesystem::temp_directory_path(error).string()
+                            : folder.string());
 }
-
-}  // namespace
 
 enmMsgBoxResult Console::MsgBox(const std::string& prompt, std::int32_t style,
                                 const std::string& title, const std::string&, std::int32_t) {

@@ -41,6 +41,9 @@ public:
     std::vector<std::string> TakeNotices();
 
 private:
+    void PrepareLogFolder();
+
+    clsVersion settings_;  // made once: making one brings the default palette back
     std::vector<std::string> failures_, notices_;
     std::string declined_;
     std::optional<std::int32_t> pendingColor_;

@@ -16,7 +16,7 @@ namespace tessaro::cli {
 
 namespace {
 
-constexpr png_uint_32 kLargestSide = 16384;
+constexpr png_uint_32 kLargestSide = 4096;
 
 struct Session {
     std::string message;

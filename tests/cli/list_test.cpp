@@ -120,6 +120,19 @@ TEST(List, WhatCannotBeReadDoesNotHideTheRest) {
     EXPECT_GT(counts.at("wall"), 0);
 }
 
+TEST(List, AFailureDoesNotChangeThePalette) {
+    const SampleGame game;
+    const TempFolder spear;  // the same game under an extension that has a palette of its own
+    for (const std::string& name : ListFiles(game.Path(), "*"))
+        CopyFileTo(game.Folder().File(name), spear.File(name.substr(0, name.find('.')) + ".SOD"));
+    const Json palette = ItemOf(spear.Path(), "palette", 0);
+    EXPECT_NE(palette, ItemOf(game.Path(), "palette", 0));
+    spear.Write("GAMEMAPS.SOD", Ascii("TED5v1.0"));
+    const Ran ran = Tessaro({"list", spear.Path(), "--json", "-k", "map", "-k", "palette"});
+    EXPECT_EQ(ran.exitCode, 1);
+    EXPECT_EQ(Json::parse(ran.out, nullptr, false).at(0), palette);
+}
+
 TEST(List, RealGameHasItsKnownCounts) {
     TESSARO_NEEDS_GAME_DATA();
     const Json list = List(*GameFolder());
