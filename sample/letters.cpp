@@ -83,7 +83,7 @@ int FontWidth(char name) {
 
 bool LetterHasInk(char letter, int column, int row) {
     const Letter* found = FindLetter(letter);
-    return found && column < kLetterWidth && row < kLetterHeight &&
+    return found && column < kLetterWidth && row >= 0 && row < kLetterHeight &&
            (found->rows[static_cast<std::size_t>(row)] >> (kLetterWidth - 1 - column) & 1) != 0;
 }
 

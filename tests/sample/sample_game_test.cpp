@@ -164,6 +164,7 @@ TEST_F(SampleGame, Graphics) {
     ASSERT_TRUE(graphics.ConvertTextToFont(2, "Keep 4.", text, width, height));
     EXPECT_EQ(width, (6 * 6 + 4) * 2);
     EXPECT_EQ(height, 18);
+    EXPECT_EQ(std::count(text.begin(), text.begin() + width, 0), width) << "a gap above the ink";
 }
 
 TEST_F(SampleGame, SixteenColors) {
