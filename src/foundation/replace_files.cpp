@@ -30,8 +30,14 @@ class Replacement {
 public:
     explicit Replacement(const std::vector<NewFile>& files) : files_(files) {
         // The names keep the case that they have in their folder.
-        for (const NewFile& file : files)
+        for (const NewFile& file : files) {
             paths_.push_back(ResolveCase(file.path));
+            for (std::size_t i = 0; i + 1 < paths_.size(); ++i) {
+                if (SameName(paths_[i], paths_.back()))
+                    throw Failure(kBadFileNameOrNumber,
+                                  "Two files to be written have one name: " + paths_.back());
+            }
+        }
     }
 
     bool Run() {

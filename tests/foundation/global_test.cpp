@@ -215,6 +215,8 @@ TEST_F(Global, ReplacingFilesIsAllOrNothingAtEveryFileOperation) {
     }
     EXPECT_EQ(folder_.Read("A.WL6"), Ascii("new a"));
     EXPECT_EQ(folder_.Read("C.WL6"), Ascii("new c"));
+    EXPECT_THROW(ReplaceFiles({{a, Ascii("x")}, {folder_.File("a.wl6"), Ascii("y")}}), Failure)
+        << "two files under one name";
     SharedStore().backupFolder.clear();
     EXPECT_THROW(ReplaceFiles({{a, Ascii("x")}}), Failure) << "nowhere to put the old file";
     EXPECT_EQ(folder_.Read("A.WL6"), Ascii("new a"));
