@@ -243,6 +243,7 @@ TEST(VgaGraph, SavingKeepsWhatNobodyReplaced) {
         ASSERT_TRUE(reader->LoadTessaro(15, bytes));
         EXPECT_EQ(bytes, ByteArray(1));
     }
+    open.graph.CloseFile();
     again.NumberOfChunks(7);
     ASSERT_TRUE(again.SaveVGAGraph());
     ASSERT_TRUE(again.InitializeGraphics());
