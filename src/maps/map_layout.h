@@ -6,7 +6,7 @@
 
 namespace tessaro {
 
-/// The front of a data file that tells whether the rest is needed: signature and counts.
+/// The front of a data file that names its layout.
 inline constexpr std::size_t kMapSignatureSize = 8;
 
 struct MapSetLayout {
