@@ -13,6 +13,16 @@ std::string ByteReader::Text(std::size_t size) {
     return {bytes.begin(), bytes.end()};
 }
 
+void ByteWriter::U16s(std::span<const std::uint16_t> values) {
+    const std::size_t start = bytes_.size();
+    bytes_.resize(start + 2 * values.size());
+    std::uint8_t* at = bytes_.data() + start;
+    for (const std::uint16_t value : values) {
+        *at++ = static_cast<std::uint8_t>(value);
+        *at++ = static_cast<std::uint8_t>(value >> 8);
+    }
+}
+
 void ByteWriter::Padded(std::string_view text, std::size_t size) {
     if (text.size() > size)
         throw Failure(kInvalidProcedureCall);

@@ -1,6 +1,7 @@
 #include "pagefile/column_images.h"
 
 #include <array>
+#include <utility>
 
 #include "foundation/bmp_image.h"
 #include "pagefile/lanes.h"
@@ -20,26 +21,39 @@ Lane InterleavedHigh(Lane a, Lane b) {
                                    31);
 }
 
-/// One perfect shuffle of the 256 bytes: the bit that was the highest of a byte's index becomes
-/// the lowest. Four of the eight bits moved exchange rows and columns.
-void Shuffle(const std::array<Lane, kBlock>& from, std::array<Lane, kBlock>& to) {
-    for (std::size_t i = 0; i < kBlock / 2; ++i) {
-        to[2 * i] = InterleavedLow(from[i], from[i + kBlock / 2]);
-        to[2 * i + 1] = InterleavedHigh(from[i], from[i + kBlock / 2]);
-    }
+using Block = std::array<Lane, kBlock>;
+
+/// One perfect shuffle of the 256 bytes: the highest bit of a byte's index becomes the lowest.
+/// Four of them exchange rows and columns. Written out, the block stays in registers.
+template <std::size_t... I>
+Block Shuffled(const Block& from, std::index_sequence<I...>) {
+    Block to;
+    ((to[2 * I] = InterleavedLow(from[I], from[I + kBlock / 2]),
+      to[2 * I + 1] = InterleavedHigh(from[I], from[I + kBlock / 2])),
+     ...);
+    return to;
+}
+
+template <std::size_t... I>
+Block LoadBlock(const std::uint8_t* from, std::size_t stride, std::index_sequence<I...>) {
+    return {LoadLane(from + I * stride)...};
+}
+
+template <std::size_t... I>
+void StoreBlock(const Block& block, std::uint8_t* to, std::ptrdiff_t stride,
+                std::index_sequence<I...>) {
+    (StoreLane(to + static_cast<std::ptrdiff_t>(I) * stride, block[I]), ...);
 }
 
 void TransposeBlock(const std::uint8_t* from, std::size_t fromStride, std::uint8_t* to,
                     std::ptrdiff_t toStride) {
-    std::array<Lane, kBlock> a, b;
-    for (std::size_t i = 0; i < kBlock; ++i)
-        a[i] = LoadLane(from + i * fromStride);
-    Shuffle(a, b);
-    Shuffle(b, a);
-    Shuffle(a, b);
-    Shuffle(b, a);
-    for (std::size_t i = 0; i < kBlock; ++i)
-        StoreLane(to + static_cast<std::ptrdiff_t>(i) * toStride, a[i]);
+    constexpr std::make_index_sequence<kBlock / 2> pairs;
+    constexpr std::make_index_sequence<kBlock> all;
+    const Block block = LoadBlock(from, fromStride, all);
+    const Block once = Shuffled(block, pairs);
+    const Block twice = Shuffled(once, pairs);
+    const Block thrice = Shuffled(twice, pairs);
+    StoreBlock(Shuffled(thrice, pairs), to, toStride, all);
 }
 #else
 void TransposeBlock(const std::uint8_t* from, std::size_t fromStride, std::uint8_t* to,

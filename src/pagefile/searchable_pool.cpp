@@ -26,30 +26,31 @@ std::size_t SearchablePool::Find(ByteSpan run) const {
     std::size_t at = 0;
     const std::size_t end = bytes_.size() - run.size() + 1;  // of the positions
     const std::uint8_t* const first = bytes_.data();
-    const std::uint8_t* const last = first + run.size() - 1;
     const auto isAt = [&](std::size_t position) {
         return std::memcmp(first + position, run.data(), run.size()) == 0;
     };
 #if TESSARO_HAS_LANES
     // Only where both the first and the last byte are right are the others looked at.
+    const std::uint8_t* const last = first + run.size() - 1;
     const Lane firstByte = Lane{} + run.front();
     const Lane lastByte = Lane{} + run.back();
+    const auto hitsAt = [&](std::size_t start) {
+        return HitBits((LoadLane(first + start) == firstByte) &
+                       (LoadLane(last + start) == lastByte));
+    };
     while (at < end && end >= kLaneSize) {
         const std::size_t start = std::min(at, end - kLaneSize);
-        const auto hits =
-            (LoadLane(first + start) == firstByte) & (LoadLane(last + start) == lastByte);
-        const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(hits);
+        std::uint32_t hits = hitsAt(start);
         at = start + kLaneSize;
-        if ((halves[0] | halves[1]) == 0)
-            continue;
-        for (std::size_t half = 0; half < 2; ++half)
-            for (std::uint64_t left = halves[half]; left != 0;) {
-                const int bit = std::countr_zero(left);
-                const std::size_t position = start + 8 * half + static_cast<std::size_t>(bit / 8);
-                if (run.size() <= 2 || isAt(position))
-                    return position;
-                left &= ~(std::uint64_t{0xFF} << bit);
-            }
+        if (end - start >= 2 * kLaneSize) {
+            hits |= hitsAt(at) << kLaneSize;
+            at += kLaneSize;
+        }
+        for (; hits != 0; hits &= hits - 1) {
+            const std::size_t position = start + static_cast<std::size_t>(std::countr_zero(hits));
+            if (run.size() <= 2 || isAt(position))
+                return position;
+        }
     }
 #endif
     for (; at < end; ++at)

@@ -1,8 +1,11 @@
 #include "pagefile/sprite_chunk.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstring>
 #include <limits>
 
+#include "pagefile/lanes.h"
 #include "pagefile/sprite_pools.h"
 
 namespace tessaro {
@@ -22,8 +25,9 @@ void DrawColumn(ByteSpan chunk, std::size_t list, std::span<std::uint8_t> column
     ByteReader in(chunk);
     in.Seek(list);
     while (const std::size_t end = in.U16() / 2u) {
-        const std::int32_t pixels = in.I16();
-        const std::size_t start = in.U16() / 2u;
+        ByteReader post(in.Take(kCommandSize - kEndSize));
+        const std::int32_t pixels = post.I16();
+        const std::size_t start = post.U16() / 2u;
         if (start >= end)
             continue;
         const std::int64_t first = pixels + static_cast<std::int64_t>(start);
@@ -35,26 +39,17 @@ void DrawColumn(ByteSpan chunk, std::size_t list, std::span<std::uint8_t> column
     }
 }
 
-/// The first row from `from` on that holds an opaque pixel; the height where none does.
-std::size_t FirstOpaque(ByteSpan column, std::size_t from) {
-    // Most of a sprite is transparent: eight rows at a time.
-    std::uint64_t eight = 0;
-    for (; column.size() - from >= sizeof eight; from += sizeof eight) {
-        std::memcpy(&eight, column.data() + from, sizeof eight);
-        if (eight != ~std::uint64_t{0})
-            break;
-    }
-    while (from < column.size() && column[from] == kTransparent)
-        ++from;
-    return from;
-}
-
-/// The row after the last opaque one of the post that starts at `start`.
-std::size_t PostEnd(ByteSpan column, std::size_t start) {
-    const void* const end = std::memchr(column.data() + start, kTransparent, column.size() - start);
-    return end == nullptr
-               ? column.size()
-               : static_cast<std::size_t>(static_cast<const std::uint8_t*>(end) - column.data());
+/// One bit for each of up to 64 rows, the first row's lowest: whether it is opaque.
+std::uint64_t OpaqueRows(ByteSpan rows) {
+    std::uint64_t bits = 0;
+    std::size_t y = 0;
+#if TESSARO_HAS_LANES
+    for (; y + kLaneSize <= rows.size(); y += kLaneSize)
+        bits |= std::uint64_t{HitBits(LoadLane(rows.data() + y) != kTransparent)} << y;
+#endif
+    for (; y < rows.size(); ++y)
+        bits |= std::uint64_t{rows[y] != kTransparent} << y;
+    return bits;
 }
 
 /// In column order.
@@ -62,10 +57,22 @@ std::vector<Post> FindPosts(ByteSpan columns, std::size_t height) {
     std::vector<Post> posts;
     posts.reserve(64);
     for (std::size_t at = 0, x = 0; at < columns.size(); at += height, ++x) {
-        const ByteSpan column = columns.subspan(at, height);
-        for (std::size_t y = FirstOpaque(column, 0); y < height; y = FirstOpaque(column, y)) {
-            posts.push_back({x, y, PostEnd(column, y)});
-            y = posts.back().end;
+        bool open = false;
+        for (std::size_t top = 0; top < height; top += 64) {
+            const std::size_t rows = std::min<std::size_t>(height - top, 64);
+            const std::uint64_t bits = OpaqueRows(columns.subspan(at + top, rows));
+            for (std::size_t y = 0; y < rows;) {
+                const std::uint64_t rest = bits >> y;
+                y +=
+                    static_cast<std::size_t>(open ? std::countr_one(rest) : std::countr_zero(rest));
+                if (y >= rows)
+                    break;
+                if (open)
+                    posts.back().end = top + y;
+                else
+                    posts.push_back({x, top + y, height});  // until its end is met
+                open = !open;
+            }
         }
     }
     return posts;
@@ -120,27 +127,31 @@ ByteArray CompileSprite(ByteSpan columns, std::int32_t height, enmVSWAPCompressi
         runs.push_back(columns.subspan(post.column * rows + post.start, post.end - post.start));
     const SpritePool pool = PlaceRuns(runs, compression);
 
-    ByteWriter offsets;
-    offsets.Reserve(poolAt + pool.bytes.size() + listsSize);
-    offsets.U16(Narrow<std::uint16_t>(left));
-    offsets.U16(Narrow<std::uint16_t>(right));
-    ByteWriter lists;
-    lists.Reserve(listsSize);
+    std::vector<std::uint16_t> head;
+    head.reserve(2 + count);
+    head.push_back(Narrow<std::uint16_t>(left));
+    head.push_back(Narrow<std::uint16_t>(right));
+    std::vector<std::uint16_t> lists;
+    lists.reserve(listsSize / 2);
     const std::size_t listsAt = poolAt + pool.bytes.size();
     std::size_t i = 0;
     for (std::size_t x = left; x <= right; ++x) {
-        offsets.U16(Narrow<std::uint16_t>(listsAt + lists.Position()));
+        head.push_back(Narrow<std::uint16_t>(listsAt + 2 * lists.size()));
         for (; i < posts.size() && posts[i].column == x; ++i) {
             const auto at = static_cast<std::int64_t>(poolAt + pool.offsets[i]);
-            lists.U16(Narrow<std::uint16_t>(posts[i].end * 2));
-            lists.I16(Narrow<std::int16_t>(at - static_cast<std::int64_t>(posts[i].start)));
-            lists.U16(Narrow<std::uint16_t>(posts[i].start * 2));
+            const auto pixels =
+                Narrow<std::int16_t>(at - static_cast<std::int64_t>(posts[i].start));
+            lists.push_back(Narrow<std::uint16_t>(posts[i].end * 2));
+            lists.push_back(static_cast<std::uint16_t>(pixels));
+            lists.push_back(Narrow<std::uint16_t>(posts[i].start * 2));
         }
-        lists.U16(0);
+        lists.push_back(0);
     }
-    ByteWriter& out = offsets;
+    ByteWriter out;
+    out.Reserve(listsAt + listsSize);
+    out.U16s(head);
     out.Bytes(pool.bytes);
-    out.Bytes(lists.View());
+    out.U16s(lists);
     return out.Release();
 }
 

@@ -54,6 +54,16 @@ TEST(SpriteChunk, LiteralBytesBothWays) {
     EXPECT_EQ(DecodeSprite(Hex("0000 0000 0600 0000"), 4), ByteArray(16, t));
 }
 
+TEST(SpriteChunk, LongPostsOfLargeSpritesStayWhole) {
+    ByteArray image(128 * 128, t);
+    std::fill_n(image.begin() + 3 * 128 + 60, 10, std::uint8_t{1});   // across row 64
+    std::fill_n(image.begin() + 3 * 128 + 100, 28, std::uint8_t{2});  // to the last row
+    std::fill_n(image.begin() + 4 * 128, 64, std::uint8_t{3});        // to just before row 64
+    const ByteArray chunk = CompileSprite(image, 128, vcNone);
+    EXPECT_EQ(chunk.size(), 4u + 2 * 2 + (10 + 28 + 64) + 3 * 6 + 2 * 2);
+    EXPECT_EQ(DecodeSprite(chunk, 128), image);
+}
+
 TEST(SpriteChunk, DamageIsAFailure) {
     for (std::size_t size = 0; size < kUnshared.size(); ++size)
         EXPECT_THROW(DecodeSprite(ByteSpan(kUnshared).first(size), 4), Failure) << size;
