@@ -23,6 +23,7 @@ public:
     /// Loads the dictionary of a compressed set, reads the header and opens the data file.
     /// @return False when a file is missing or the music's start cannot be found.
     bool InitializeMusic();
+    /// Closes the data file, which is opened again on demand. Replaced chunks stay.
     void CloseFile();
 
     /// Hands out a chunk, expanded where the set is compressed, and the number of its bytes in
@@ -31,11 +32,12 @@ public:
     /// Replaces a chunk in memory by its expanded bytes; SaveAudioT writes it.
     void SetChunkData(std::int32_t Chunk, const ByteArray& Data);
     /// Writes both files anew into OutputFolder. Chunks nobody replaced keep their stored bytes.
+    /// Refused while no set is loaded.
     /// Files that are replaced move to BackupFolder first; a failure brings them back.
     bool SaveAudioT();
 
     std::int32_t NumberOfChunks() const;
-    /// Grows or shrinks the set; new chunks are empty until set.
+    /// Grows or shrinks the set, up to 65535 chunks; new ones are empty until set.
     void NumberOfChunks(std::int32_t NewValue);
     /// Number of the first music chunk; -1 while none is loaded.
     std::int32_t StartMusic() const;

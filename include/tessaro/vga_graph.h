@@ -71,11 +71,16 @@ public:
     /// Opens the files, types every chunk and loads the fonts; narrows what clsVersion permits by
     /// the executables found in the data folder.
     bool InitializeGraphics();
+    /// Closes the data file and drops the chunks loaded or replaced, except those that were added.
+    /// Types and tables stay: chunks are served again from the file, which is opened on demand.
     void CloseFile();
 
     std::int32_t NumberOfChunks() const;
     /// Grows the set by empty chunks or shrinks it, where CanAddOrRemoveChunks.
     void NumberOfChunks(std::int32_t NewValue);
+    /// Where fonts and pictures start and how many there are, as found on opening. What a host sets
+    /// here is taken as it is: pictures find their table entries by StartPics, masked pictures
+    /// theirs by NumberOfPics too.
     std::int32_t StartFonts() const;
     void StartFonts(std::int32_t NewValue);
     std::int32_t StartPics() const;
@@ -105,15 +110,16 @@ public:
     /// The layout of the 8 x 8 tiles: their number, tiles across and tiles down.
     void GetTile8Info(std::int32_t& NumberOfTiles, std::int32_t& NumTilesWide,
                       std::int32_t& NumTilesHigh) const;
+    /// Gives another layout, which outlives the next opening; tiles nobody replaced follow it.
     void SetTile8Info(std::int32_t NumberOfTiles, std::int32_t NumTilesWide,
                       std::int32_t NumTilesHigh);
 
     /// A chunk's expanded bytes, from memory where they are there already. `Data` receives what
     /// the slot holds also when the result is False.
     bool LoadTessaro(std::int32_t Chunk, ByteArray& Data);
-    /// Replaces a chunk in memory: by its expanded bytes, or, for pictures and tiles, by a BMP
-    /// image, which is converted to the stored form (a picture of another size updates the picture
-    /// table). SaveVGAGraph writes it.
+    /// Replaces a chunk in memory: by its expanded bytes, or, for pictures, sprites and tiles other
+    /// than masked 16 x 16 ones, by a BMP image, which is converted to the stored form (a picture
+    /// of another size updates the picture table; masks stay). SaveVGAGraph writes it.
     void SetChunkData(std::int32_t Chunk, const ByteArray& Data);
     /// Replaces the mask plane of a masked picture or a sprite in memory.
     void SetMaskData(std::int32_t Chunk, const ByteArray& Data);
@@ -122,7 +128,8 @@ public:
     bool LoadWolfPalette(std::int32_t Chunk, std::vector<std::int32_t>& Colors);
     /// Makes a palette chunk the library's current palette.
     void SetPaletteToChunk(std::int32_t ChunkNum);
-    /// A picture or a 16 x 16 tile as a BMP image, and its size in pixels.
+    /// A picture, a masked picture (without its mask) or a 16 x 16 tile as a BMP image, and its
+    /// size in pixels.
     /// @param ForcePaletteLoad makes the set's first palette chunk, if any, current beforehand.
     bool LoadWolfPicture(std::int32_t Chunk, ByteArray& Data, std::int32_t& Height,
                          std::int32_t& Width, bool ForcePaletteLoad = false);

@@ -1,6 +1,7 @@
 #include "tessaro/audio_t.h"
 
 #include <algorithm>
+#include <limits>
 #include <map>
 #include <string>
 #include <utility>
@@ -15,6 +16,7 @@ namespace tessaro {
 namespace {
 
 constexpr std::int32_t kStartMusicNotFound = 20170330;
+constexpr std::int32_t kMostChunks = 65535;
 
 }  // namespace
 
@@ -22,6 +24,8 @@ struct clsAudioT::Self {
     std::string dataPath;  ///< of the set that was opened
     File data;
     std::vector<std::int32_t> offsets;  ///< of the stored chunks, and the end of the last
+    /// Where the chunks begin and end in the data file: what lies outside is no chunk's.
+    std::int64_t dataBegin = 0, dataEnd = 0;
     std::map<std::int32_t, ByteArray> replaced;
     std::int32_t count = 0;  ///< chunks beyond the stored ones are empty
     std::int32_t startMusic = -1;
@@ -39,6 +43,10 @@ struct clsAudioT::Self {
     bool IsSparse(std::int32_t chunk) const {
         return IsStored(chunk) && offsets[static_cast<std::size_t>(chunk)] == kSparseAudioOffset;
     }
+    void OpenData() {
+        if (!data.IsOpen())
+            data = File(dataPath, FileMode::Read);
+    }
     /// The bytes of a chunk as the data file holds them; opens it where it is closed.
     ByteArray StoredBytes(std::int32_t chunk);
 
@@ -50,6 +58,9 @@ struct clsAudioT::Self {
         std::vector<std::int32_t> offsets;
     };
     void WriteChunk(std::int32_t chunk, Written& out);
+    /// Writes the data file's bytes from `from` up to `to`, as far as they are there.
+    void CopyData(std::int64_t from, std::int64_t to, Written& out);
+    Written WriteAll(const SaveStatusEvent& saveStatus, std::int32_t& chunk);
     bool Save(const SaveStatusEvent& saveStatus, const SaveErrorEvent& saveError);
 };
 
@@ -72,6 +83,12 @@ bool clsAudioT::Self::LoadHeader() {
         if (!start)
             throw Failure(kStartMusicNotFound, "Could not determine starting music chunk.");
         offsets = std::move(read);
+        dataBegin = dataEnd = std::numeric_limits<std::int64_t>::max();
+        for (const std::int32_t offset : offsets)
+            if (offset >= 0)
+                dataBegin = std::min<std::int64_t>(dataBegin, offset);
+        if (offsets.back() != kSparseAudioOffset)
+            dataEnd = *std::ranges::max_element(offsets);
         count = Narrow<std::int32_t>(offsets.size() - 1);
         startMusic = *start;
         return true;
@@ -81,8 +98,7 @@ bool clsAudioT::Self::LoadHeader() {
 ByteArray clsAudioT::Self::StoredBytes(std::int32_t chunk) {
     if (!IsStored(chunk))
         return {};
-    if (!data.IsOpen())
-        data = File(dataPath, FileMode::Read);
+    OpenData();
     const AudioRange range = FindAudioRange(offsets, static_cast<std::size_t>(chunk), data.Size());
     if (range.size == 0)
         return {};
@@ -116,32 +132,51 @@ void clsAudioT::Self::WriteChunk(std::int32_t chunk, Written& out) {
         out.data.Bytes(edit->second);
 }
 
-bool clsAudioT::Self::Save(const SaveStatusEvent& saveStatus, const SaveErrorEvent& saveError) {
-    const Store& store = SharedStore();
-    const std::string headerOut = modGlobal::OutputPath(store.audioHeaderFile);
-    const std::string dataOut = modGlobal::OutputPath(store.audioDataFile);
-    const bool inPlace = SameFile(dataOut, dataPath);  // the offsets follow the file they name
+void clsAudioT::Self::CopyData(std::int64_t from, std::int64_t to, Written& out) {
+    OpenData();
+    to = std::min(to, data.Size());
+    if (from < to)
+        out.data.Bytes(data.ReadAt(from, to - from));
+}
 
+/// `chunk` says where it got to. What lies before the first chunk or behind the last one is kept.
+clsAudioT::Self::Written clsAudioT::Self::WriteAll(const SaveStatusEvent& saveStatus,
+                                                   std::int32_t& chunk) {
+    Written out;
+    CopyData(0, dataBegin, out);
+    for (const std::int32_t total = count; chunk < total; ++chunk) {
+        WriteChunk(chunk, out);
+        if (saveStatus)
+            saveStatus(chunk + 1, total);
+    }
+    out.offsets.push_back(Narrow<std::int32_t>(out.data.Position()));
+    CopyData(dataEnd, std::numeric_limits<std::int64_t>::max(), out);
+    return out;
+}
+
+bool clsAudioT::Self::Save(const SaveStatusEvent& saveStatus, const SaveErrorEvent& saveError) {
+    if (dataPath.empty())  // else the game's own files would make way for empty ones
+        throw Failure(kInvalidProcedureCall, "No audio is loaded.");
     std::int32_t chunk = 0;
     try {
-        Written out;
-        for (const std::int32_t total = count; chunk < total; ++chunk) {
-            WriteChunk(chunk, out);
-            if (saveStatus)
-                saveStatus(chunk + 1, total);
-        }
-        out.offsets.push_back(Narrow<std::int32_t>(out.data.Position()));
+        const Store& store = SharedStore();
+        const std::string headerOut = modGlobal::OutputPath(store.audioHeaderFile);
+        const std::string dataOut = modGlobal::OutputPath(store.audioDataFile);
+        const bool inPlace = SameFile(dataOut, dataPath);  // the offsets follow the file they name
+        Written out = WriteAll(saveStatus, chunk);
         data.Release();
         if (!ReplaceFiles(
                 {{headerOut, WriteAudioHeader(out.offsets)}, {dataOut, out.data.Release()}}))
-            return false;
-        if (inPlace)
+            throw Failure(kPathFileAccess, "The old audio files could not be backed up.");
+        if (inPlace) {
+            dataEnd = out.offsets.back();
             offsets = std::move(out.offsets);
+        }
         return true;
     } catch (...) {
         const Failure failure = CurrentFailure();
         if (saveError)
-            saveError(chunk, failure.Description);
+            saveError(std::clamp(chunk, 0, std::max(count - 1, 0)), failure.Description);
         throw failure;
     }
 }
@@ -211,7 +246,7 @@ std::int32_t clsAudioT::NumberOfChunks() const {
 
 void clsAudioT::NumberOfChunks(std::int32_t NewValue) {
     Guarded("clsAudioT.NumberOfChunks", [&] {
-        if (NewValue < 0)
+        if (NewValue < 0 || NewValue > kMostChunks)
             throw Failure(kSubscriptOutOfRange);
         self_->Keep(NewValue);
         self_->replaced.erase(self_->replaced.lower_bound(NewValue), self_->replaced.end());

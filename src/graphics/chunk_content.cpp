@@ -68,15 +68,21 @@ bool LooksLikeFont(ByteSpan bytes, bool ega) {
 std::vector<PictureSize> ReadPictureTable(ByteSpan bytes, bool ega) {
     constexpr std::int32_t kWidest = 640;
     constexpr std::int32_t kHighest = 480;
+    const auto usable = [](PictureSize size) {
+        return size.width > 0 && size.height > 0 && size.width <= kWidest &&
+               size.height <= kHighest;
+    };
     std::vector<PictureSize> pictures;
     ByteReader in(bytes);
     while (in.Remaining() >= 4) {
         const std::int32_t width = in.U16() * (ega ? 8 : 1);
         const std::int32_t height = in.U16();
-        if (width == 0 || height == 0 || width > kWidest || height > kHighest)
+        if (!ega && !usable({width, height}))
             break;
         pictures.push_back({width, height});
     }
+    while (!pictures.empty() && !usable(pictures.back()))
+        pictures.pop_back();
     return pictures;
 }
 
@@ -103,8 +109,8 @@ std::int32_t FindStartPics(const std::vector<PictureSize>& pictures,
         for (std::size_t k = 0; k < pictures.size() && first + k < chunks.size(); ++k) {
             const StoredLength& chunk = chunks[first + k];
             // Four planes of one bit a pixel: half a byte each.
-            const std::int32_t area = pictures[k].width * pictures[k].height;
-            count += chunk.present && chunk.length == (ega ? area / 2 : area) ? 1 : 0;
+            const std::int64_t area = std::int64_t{pictures[k].width} * pictures[k].height;
+            count += chunk.present && area > 0 && chunk.length == (ega ? area / 2 : area) ? 1 : 0;
         }
         if (count > bestCount) {
             best = first;

@@ -26,7 +26,8 @@ enmVGRAGRAPHTypes TypeByContent(ByteSpan bytes, bool ega);
 bool LooksLikeFont(ByteSpan bytes, bool ega);
 
 /// The entries (u16 width, u16 height) of a picture table up to the first that is no picture's.
-/// 16-colour tables count widths in bytes of 8 pixels; the result is in pixels.
+/// 16-colour tables count widths in bytes of 8 pixels; the result is in pixels. There the number of
+/// entries tells where the chunks behind the pictures begin, so that only trailing ones are cut.
 std::vector<PictureSize> ReadPictureTable(ByteSpan bytes, bool ega);
 std::vector<typSpriteHead> ReadSpriteTable(ByteSpan bytes);
 

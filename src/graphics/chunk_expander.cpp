@@ -140,4 +140,18 @@ ByteArray ExpandGraphicsChunk(GraphicsSet& set, bool ega, std::int32_t chunk, By
     return measured;
 }
 
+ByteArray ExpandWhole(GraphicsSet& set, bool ega, std::int32_t chunk, ByteSpan stored) {
+    ByteArray bytes = ExpandGraphicsChunk(set, ega, chunk, stored);
+    if (set.TypeOf(chunk) != vgTile8 || !set.HasNoLengthField(chunk))
+        return bytes;
+    // Up to 8 symbols may lie in the last byte, which is not measured.
+    ByteArray measured;
+    const std::int32_t size = DetermineChunkSize(stored, measured, set.dictionary) + 8;
+    const auto tile = static_cast<std::int32_t>(Tile8Size(ega));
+    const std::int32_t whole = size / tile * tile;
+    if (std::cmp_greater(whole, bytes.size()))
+        bytes = ExpandStream(stored, whole, set.dictionary);
+    return bytes;
+}
+
 }  // namespace tessaro

@@ -10,6 +10,10 @@ namespace tessaro {
 /// layout on the way. Fewer than 5 stored bytes are an empty chunk.
 ByteArray ExpandGraphicsChunk(GraphicsSet& set, bool ega, std::int32_t chunk, ByteSpan stored);
 
+/// A chunk's expanded bytes to edit or to compress again. The tile chunk does not say how long it
+/// is; more tiles than the layout has are not given up.
+ByteArray ExpandWhole(GraphicsSet& set, bool ega, std::int32_t chunk, ByteSpan stored);
+
 /// The bytes that one 8 x 8 tile takes.
 inline constexpr std::size_t Tile8Size(bool ega) {
     return ega ? 32 : 64;

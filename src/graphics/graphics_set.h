@@ -35,8 +35,8 @@ struct GraphicsSet {
     std::int32_t startPics = 0, numberOfPics = 0;
     std::vector<PictureSize> pictures, maskedPictures;
     std::vector<typSpriteHead> sprites;
-    /// In 16-colour sets: the number of sprites, and the first sprite chunk less 2. Their sum and 1
-    /// is the last sprite chunk.
+    /// In 16-colour sets: the first sprite chunk less 2 (A), and the number of sprites (B). Their
+    /// sum and 1 is the last sprite chunk.
     std::int32_t counterA = 0, counterB = 0;
 
     TileLayout tile8;

@@ -300,9 +300,7 @@ ByteArray ExpandChunk(ByteSpan chunk, const HuffDictionary& dictionary) {
 
 bool CanCompress(ByteSpan bytes, const HuffDictionary& dictionary) {
     const CodeTable& table = CodeTableFor(dictionary);
-    return std::ranges::all_of(bytes, [&](std::uint8_t value) {
-        return table.codes[value].length >= 1 && table.codes[value].length <= 32;
-    });
+    return std::ranges::all_of(bytes, [&](std::uint8_t value) { return table.readsBack[value]; });
 }
 
 }  // namespace tessaro

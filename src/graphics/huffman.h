@@ -50,7 +50,8 @@ ByteArray ExpandStream(ByteSpan stream, std::int32_t expandedLength,
 /// Expands a whole chunk. One of fewer than 5 bytes is empty.
 ByteArray ExpandChunk(ByteSpan chunk, const HuffDictionary& dictionary);
 
-/// Whether every byte value of `bytes` has a code of 1 to 32 bits, so that it can be stored.
+/// Whether every byte value of `bytes` has a code of 1 to 32 bits from the root, so that it can be
+/// stored and reads back.
 bool CanCompress(ByteSpan bytes, const HuffDictionary& dictionary);
 
 }  // namespace tessaro

@@ -150,6 +150,9 @@ CodeTable BuildCodeTable(const HuffDictionary& dictionary) {
             ++code.length;
             target = 256 + node;
         }
+        // The way up from a leaf can end below the root, in a node that nothing refers to.
+        const bool fromRoot = target == 256 + static_cast<int>(kRootNode);
+        table.readsBack[static_cast<std::size_t>(value)] = fromRoot && code.length <= 32;
         table.longest = std::max(table.longest, code.length);
         table.codes[static_cast<std::size_t>(value)] = code;
     }

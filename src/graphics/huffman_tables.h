@@ -32,6 +32,8 @@ struct Code {
 
 struct CodeTable {
     std::array<Code, 256> codes{};
+    /// Whether the code leads down from the root and has 1 to 32 bits: only then it reads back.
+    std::array<bool, 256> readsBack{};
     unsigned longest = 0;  ///< of all codes
 };
 

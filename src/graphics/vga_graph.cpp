@@ -19,6 +19,7 @@ void RefuseType() {
 void clsVGAGraph::CloseFile() {
     self_->file.Release();
     self_->set.pictures = self_->storedPictures;
+    self_->fonts = self_->storedFonts;
     for (Self::Slot& slot : self_->slots)
         if (slot.inFile)
             slot = {};
@@ -44,8 +45,13 @@ void clsVGAGraph::Self::Resize(std::int32_t chunks) {
     slots.resize(static_cast<std::size_t>(chunks),
                  Slot{.data = ByteArray(), .mask = {}, .replaced = true, .inFile = false});
     set.types.resize(static_cast<std::size_t>(chunks), vgUnknown);
-    set.numberOfPics = std::clamp(chunks - set.startPics, 0, set.numberOfPics);
-    set.numberOfFonts = std::clamp(chunks - set.startFonts, 0, set.numberOfFonts);
+    // The host may have set starts and counts to anything.
+    const auto limit = [&](std::int32_t start, std::int32_t& count) {
+        const std::int64_t most = std::max<std::int64_t>(std::int64_t{chunks} - start, 0);
+        count = static_cast<std::int32_t>(std::min<std::int64_t>(count, most));
+    };
+    limit(set.startPics, set.numberOfPics);
+    limit(set.startFonts, set.numberOfFonts);
 }
 
 std::int32_t clsVGAGraph::StartFonts() const {
@@ -133,6 +139,10 @@ void clsVGAGraph::SetTile8Info(std::int32_t NumberOfTiles, std::int32_t NumTiles
                                std::int32_t NumTilesHigh) {
     self_->set.tile8 = {NumberOfTiles, NumTilesWide, NumTilesHigh};
     self_->tile8Given = true;
+    // Tiles already read were cut to the layout before.
+    if (const std::int32_t chunk = self_->set.ChunkOfType(vgTile8, 0); chunk >= 0)
+        if (Self::Slot& slot = self_->SlotOf(chunk); !slot.replaced)
+            slot.data.reset();
 }
 
 bool clsVGAGraph::LoadTessaro(std::int32_t Chunk, ByteArray& Data) {

@@ -24,16 +24,13 @@ void TurnToJ98Name(std::string& path) {
 
 }  // namespace
 
-void clsVGAGraph::Self::StartOver() {
-    const TileLayout tile8 = tile8Given ? set.tile8 : TileLayout{};
-    set = {};
-    set.tile8 = tile8;
-    set.j98 = j98Mode;
-    slots.clear();
-    fonts.clear();
-    offsets.clear();
-    file.Release();
-    couldLoadNonPictureData = false;
+clsVGAGraph::Self clsVGAGraph::Self::Fresh() const {
+    Self fresh;
+    fresh.j98Mode = fresh.set.j98 = j98Mode;
+    fresh.tile8Given = tile8Given;
+    if (tile8Given)
+        fresh.set.tile8 = set.tile8;
+    return fresh;
 }
 
 void clsVGAGraph::Self::ProbeGame() const {
@@ -71,6 +68,7 @@ bool clsVGAGraph::Self::LoadHuffman() {
 bool clsVGAGraph::Self::LoadHeader() {
     return Guarded("clsVGAGraph.LoadHeader", [&] {
         constexpr std::size_t kMostChunks = 1'000'000;
+        constexpr std::int64_t kMostOverlap = 4;
         const Store& store = SharedStore();
         offsets = ReadGraphicsHeader(ReadWholeFile(store.vgaHeaderFile),
                                      store.graphicsHeaderEntrySize, set.j98);
@@ -82,9 +80,17 @@ bool clsVGAGraph::Self::LoadHeader() {
         whole = file.ReadAt(0, dataSize);
         set.types.assign(offsets.size() - 1, vgUnknown);
         slots.assign(set.types.size(), {});
-        for (std::size_t i = 0; i < set.types.size(); ++i)
-            if (offsets[i] == kSparseOffset)
+        std::int64_t stored = 0;
+        for (std::size_t i = 0; i < set.types.size(); ++i) {
+            const ChunkSpan span = FindChunk(offsets, dataSize, i);
+            if (span.sparse)
                 set.types[i] = vgSparse;
+            if (!span.damaged && span.offset + std::int64_t{span.size} <= dataSize)
+                stored += span.size;
+        }
+        // Chunks hardly share bytes; a header that has many of them do so takes hours to expand.
+        if (stored > kMostOverlap * dataSize)
+            throw Failure(kSubscriptOutOfRange);
         return true;
     });
 }
@@ -223,19 +229,28 @@ bool clsVGAGraph::Self::LoadNonPictureData() {
     });
 }
 
+bool clsVGAGraph::Self::Open() {
+    ProbeGame();
+    if (!LoadHuffman() || !LoadHeader() || !LoadPictureDimensions())
+        return false;
+    if (set.numberOfFonts > 0)
+        LoadWolfFonts();
+    couldLoadNonPictureData = LoadNonPictureData();
+    whole = {};
+    storedPictures = set.pictures;
+    storedFonts = fonts;
+    return true;
+}
+
+// The new set takes the container over once it is open, so that no failure, not even one of a box
+// shown on the way, leaves half of it behind.
 bool clsVGAGraph::InitializeGraphics() {
     return Guarded("clsVGAGraph.InitializeGraphics", [&] {
-        self_->StartOver();
-        self_->ProbeGame();
-        if (!self_->LoadHuffman() || !self_->LoadHeader() || !self_->LoadPictureDimensions()) {
-            self_->whole.clear();
+        *self_ = self_->Fresh();
+        Self opened = self_->Fresh();
+        if (!opened.Open())
             return false;
-        }
-        if (self_->set.numberOfFonts > 0)
-            self_->LoadWolfFonts();
-        self_->couldLoadNonPictureData = self_->LoadNonPictureData();
-        self_->whole = ByteArray();
-        self_->storedPictures = self_->set.pictures;
+        *self_ = std::move(opened);
         SharedStore().graphicsLoaded = true;
         return true;
     });
@@ -248,7 +263,8 @@ ByteArray clsVGAGraph::Self::ReadStored(std::int32_t chunk) {
     if (span.sparse)
         throw Failure(0, "Tried to load sparse tile at chunk " + std::to_string(chunk));
     if (span.damaged)
-        throw Failure(kSubscriptOutOfRange);
+        throw Failure(kSubscriptOutOfRange,
+                      "The header lets chunk " + std::to_string(chunk) + " end before it begins.");
     if (!whole.empty()) {
         ByteReader in(whole);
         in.Seek(span.offset);

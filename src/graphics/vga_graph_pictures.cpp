@@ -52,21 +52,26 @@ typSpriteHead& clsVGAGraph::Self::SpriteOf(std::int32_t chunk) {
     return set.sprites[static_cast<std::size_t>(index)];
 }
 
-/// The slot holds the mask plane before the four colour planes; the host may have given these
-/// alone, or another mask. Without any mask all is opaque.
-MaskedPlanes clsVGAGraph::Self::SplitMask(std::int32_t chunk, PictureSize size) {
+ByteArray clsVGAGraph::Self::MaskOf(std::int32_t chunk, std::size_t planeSize) {
     const Slot& slot = SlotOf(chunk);
-    const std::size_t plane = EgaPlaneSize(size.width, size.height);
-    ByteSpan data = *slot.data;
-    MaskedPlanes planes{.colors = {}, .mask = ByteArray(plane)};
-    if (data.size() >= 5 * plane) {
-        planes.mask.assign(data.begin(), data.begin() + static_cast<std::ptrdiff_t>(plane));
-        data = data.subspan(plane);
-    }
-    planes.colors.assign(data.begin(), data.end());
     if (slot.mask)
-        planes.mask = *slot.mask;
-    return planes;
+        return *slot.mask;
+    if (slot.data->size() / 5 < planeSize)
+        return ByteArray(planeSize);
+    return {slot.data->begin(), slot.data->begin() + static_cast<std::ptrdiff_t>(planeSize)};
+}
+
+/// The slot holds the mask plane before the four colour planes; the host may have given these
+/// alone, or another mask. Sizes come from a table of the file: no memory is taken for one that the
+/// slot's bytes do not bear out.
+MaskedPlanes clsVGAGraph::Self::SplitMask(std::int32_t chunk, PictureSize size) {
+    const std::size_t plane = EgaPlaneSize(size.width, size.height);
+    ByteSpan data = *SlotOf(chunk).data;
+    if (data.size() / 4 < plane)
+        throw Failure(kSubscriptOutOfRange);
+    if (data.size() / 5 >= plane)
+        data = data.subspan(plane);
+    return {.colors = {data.begin(), data.end()}, .mask = MaskOf(chunk, plane)};
 }
 
 bool clsVGAGraph::LoadWolfPalette(std::int32_t Chunk, std::vector<std::int32_t>& Colors) {
@@ -112,7 +117,8 @@ bool clsVGAGraph::LoadWolfPicture(std::int32_t Chunk, ByteArray& Data, std::int3
             return false;
 
         const ByteArray& stored = self_->Data(Chunk);
-        const auto area = static_cast<std::size_t>(size.width * size.height);
+        const std::size_t area =
+            static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
         // A 98GRAPH set has pictures in a form of its own; what has another size is one of them.
         if (self_->set.j98 && stored.size() != area)
             RefuseType();

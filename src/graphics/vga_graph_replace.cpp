@@ -103,6 +103,10 @@ ByteArray clsVGAGraph::Self::StoredForm(std::int32_t chunk, const ByteArray& ima
     const Pixels pixels = PixelsFromImage(image);
     const auto sheet = [&](TileForm form, std::int32_t wide, std::int32_t high) {
         RequireSize(pixels.size, {8 * wide, 8 * high});
+        // A stored chunk can hold more tiles than the layout shows: these stay behind the sheet's.
+        if (Slot& slot = SlotOf(chunk); form != TileForm::EgaMasked && !slot.replaced)
+            return TilesFromSheet(pixels.bytes, ExpandWhole(set, ega, chunk, ReadStored(chunk)),
+                                  form, wide, high);
         if (!Cache(chunk))
             throw Failure(kSubscriptOutOfRange);
         return TilesFromSheet(pixels.bytes, Data(chunk), form, wide, high);
@@ -123,7 +127,10 @@ ByteArray clsVGAGraph::Self::StoredForm(std::int32_t chunk, const ByteArray& ima
             RequireSize(pixels.size, size);
             if (!Cache(chunk))
                 throw Failure(kSubscriptOutOfRange);
-            ByteArray planes = SplitMask(chunk, size).mask;
+            const std::size_t planeSize = EgaPlaneSize(size.width, size.height);
+            ByteArray planes = MaskOf(chunk, planeSize);
+            if (planes.size() != planeSize)
+                throw Failure(kInvalidProcedureCall, "The mask has another size than the picture.");
             const ByteArray colors = PlanesFromPixels(pixels, true);
             planes.insert(planes.end(), colors.begin(), colors.end());
             return planes;
@@ -148,10 +155,12 @@ void clsVGAGraph::Self::Replace(std::int32_t chunk, const ByteArray& data) {
         set.Recognise(chunk, TypeByContent(bytes, ega));
     if (chunk == 0 && type == vgSTRUCTPIC && !set.j98)
         set.pictures = ReadPictureTable(bytes, ega);
-    const std::int32_t font = chunk - set.startFonts;
+    const std::int64_t font = std::int64_t{chunk} - set.startFonts;
     if (type == vgFont && font >= 0 && font < std::ssize(fonts) && LooksLikeFont(bytes, ega))
         fonts[static_cast<std::size_t>(font)] = ReadFont(bytes, ega);
     Slot& slot = SlotOf(chunk);
+    if (slot.mask && bytes.size() / 5 >= slot.mask->size())
+        slot.mask.reset();  // the new bytes have a mask plane of their own
     slot.data = std::move(bytes);
     slot.replaced = true;
 }

@@ -31,22 +31,6 @@ ByteArray Compress(ByteSpan bytes, bool bare, const HuffDictionary& dictionary) 
     return out.Release();
 }
 
-/// A stored chunk expanded in order to be compressed with another dictionary. The tile chunk does
-/// not say how long it is; more tiles than the layout has are not given up.
-ByteArray ExpandWhole(GraphicsSet& set, bool ega, std::int32_t chunk, ByteSpan stored) {
-    ByteArray bytes = ExpandGraphicsChunk(set, ega, chunk, stored);
-    if (set.TypeOf(chunk) != vgTile8 || !set.HasNoLengthField(chunk))
-        return bytes;
-    // Up to 8 symbols may lie in the last byte, which is not measured.
-    ByteArray measured;
-    const std::int32_t size = DetermineChunkSize(stored, measured, set.dictionary) + 8;
-    const auto tile = static_cast<std::int32_t>(Tile8Size(ega));
-    const std::int32_t whole = size / tile * tile;
-    if (std::cmp_greater(whole, bytes.size()))
-        bytes = ExpandStream(stored, whole, set.dictionary);
-    return bytes;
-}
-
 }  // namespace
 
 std::int32_t clsVGAGraph::GetByteHuffLength(std::uint8_t Value) {
@@ -79,9 +63,9 @@ bool clsVGAGraph::BuildVGADICT(const std::vector<std::int32_t>& Counts) {
 std::optional<ByteArray> clsVGAGraph::Self::Encode(std::int32_t chunk,
                                                    const HuffDictionary& dictionary) {
     const Slot& slot = SlotOf(chunk);
-    const bool bare = set.HasNoLengthField(chunk);
     if (slot.replaced) {
         const ByteArray& data = *slot.data;
+        const bool bare = set.HasNoLengthField(chunk);
         return IsText(set.TypeOf(chunk))
                    ? Compress(modCodePage::BytesToDosCodePage(data), bare, dictionary)
                    : Compress(data, bare, dictionary);
@@ -92,7 +76,9 @@ std::optional<ByteArray> clsVGAGraph::Self::Encode(std::int32_t chunk,
     ByteArray stored = ReadStored(chunk);
     if (SameCodes(dictionary, set.dictionary) || stored.size() < 5)
         return stored;
-    return Compress(ExpandWhole(set, SharedStore().egaGraphics, chunk, stored), bare, dictionary);
+    // Only when it is expanded is it known for sure whether it has a length field.
+    const ByteArray bytes = ExpandWhole(set, SharedStore().egaGraphics, chunk, stored);
+    return Compress(bytes, set.HasNoLengthField(chunk), dictionary);
 }
 
 void clsVGAGraph::Self::Adopt(const std::vector<std::uint32_t>& newOffsets, std::size_t newSize,
@@ -102,6 +88,7 @@ void clsVGAGraph::Self::Adopt(const std::vector<std::uint32_t>& newOffsets, std:
     set.dictionary = dictionary;
     SharedStore().expandDictionary = dictionary;
     storedPictures = set.pictures;
+    storedFonts = fonts;
     for (Slot& slot : slots) {
         slot.replaced = false;
         slot.inFile = true;
@@ -134,7 +121,6 @@ clsVGAGraph::Self::NewData clsVGAGraph::Self::EncodeAll(const HuffDictionary& di
         if (status)
             status(chunk + 1, set.Count());
     }
-    --chunk;
     out.offsets.push_back(static_cast<std::uint32_t>(out.data.size()));
     keep(offsets.back() == kSparseOffset ? old.size() : offsets.back(), old.size());
     if (out.data.size() >= kSparseOffset)
@@ -171,7 +157,7 @@ bool clsVGAGraph::Self::Save(const SaveStatusEvent& status, const SaveErrorEvent
     } catch (...) {
         const Failure failure = CurrentFailure();
         if (error)
-            error(chunk, failure.Description);
+            error(std::min(chunk, set.Count() - 1), failure.Description);
         throw failure;
     }
 }

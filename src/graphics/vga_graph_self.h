@@ -31,8 +31,10 @@ struct clsVGAGraph::Self {
     bool couldLoadNonPictureData = false;
     GraphicsSet set;
     std::vector<Slot> slots;
-    std::vector<PictureSize> storedPictures;  ///< the picture sizes without the host's edits
-    std::vector<typFont> fonts;               ///< font number n at n - 1
+    std::vector<typFont> fonts;  ///< font number n at n - 1
+    // The picture sizes and fonts without the host's edits.
+    std::vector<PictureSize> storedPictures;
+    std::vector<typFont> storedFonts;
 
     // The data file, and where it had which chunk when it was opened.
     std::string dataPath;
@@ -41,8 +43,9 @@ struct clsVGAGraph::Self {
     File file;
     ByteArray whole;  ///< the file's bytes while the set is being opened
 
-    /// Forgets the set that was open before.
-    void StartOver();
+    /// A container without a set, configured as this one is.
+    Self Fresh() const;
+    bool Open();
     /// Sets what the configuration permits for the game in the data folder.
     void ProbeGame() const;
     bool LoadHuffman();
@@ -68,6 +71,8 @@ struct clsVGAGraph::Self {
     void Resize(std::int32_t chunks);
 
     MaskedPlanes SplitMask(std::int32_t chunk, PictureSize size);
+    /// A masked picture's mask plane: the host's, or the slot's; without any mask all is opaque.
+    ByteArray MaskOf(std::int32_t chunk, std::size_t planeSize);
 
     bool Save(const SaveStatusEvent& status, const SaveErrorEvent& error);
 

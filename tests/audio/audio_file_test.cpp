@@ -85,6 +85,9 @@ TEST(AudioFile, CompressedChunks) {
     HuffDictionary poor = dictionary;
     poor[0] = poor[1];  // the codes of the values 0 and 1 are gone
     EXPECT_THROW(CompressAudioChunk(ByteArray(4, 0), poor), Failure);
+    poor = dictionary;
+    poor[254].Bit0 = poor[254].Bit1;  // half of the codes do not begin at the root
+    EXPECT_THROW(CompressAudioChunk(Hex("004080FF"), poor), Failure);
 }
 
 }  // namespace

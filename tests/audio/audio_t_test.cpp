@@ -141,6 +141,32 @@ TEST_F(AudioT, SavingUntouchedGivesBothFilesBackAndKeepsTheOldOnes) {
     EXPECT_EQ(Chunk(audio, 7), "SONG2!");
 }
 
+TEST_F(AudioT, WithoutASetNothingIsSaved) {
+    audio.NumberOfChunks(3);
+    EXPECT_FALSE(audio.SaveAudioT());
+    EXPECT_EQ(events, "failed");
+    EXPECT_EQ(folder.Read("game/AUDIOHED.TST"), Hex(kHeader));
+    EXPECT_EQ(folder.Read("game/AUDIOT.TST"), Ascii(kData));
+    EXPECT_FALSE(folder.Has("backup/AUDIOT.TST.001"));
+}
+
+TEST_F(AudioT, WhatLiesOutsideTheChunksIsKept) {
+    const ByteArray data = Ascii("beforeFXSONGafter");
+    const ByteArray header = Hex("06000000 08000000 08000000 08000000 0C000000");
+    folder.Write("game/AUDIOT.TST", data);
+    folder.Write("game/AUDIOHED.TST", header);
+    ASSERT_TRUE(audio.InitializeMusic());
+    ASSERT_TRUE(audio.SaveAudioT());
+    EXPECT_EQ(folder.Read("game/AUDIOT.TST"), data);
+    EXPECT_EQ(folder.Read("game/AUDIOHED.TST"), header);
+    audio.SetChunkData(0, Ascii("LONG"));
+    audio.NumberOfChunks(3);
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(audio.SaveAudioT());
+        EXPECT_EQ(folder.Read("game/AUDIOT.TST"), Ascii("beforeLONGafter"));
+    }
+}
+
 TEST_F(AudioT, SavingWritesReplacedAndNewChunks) {
     ASSERT_TRUE(audio.InitializeMusic());
     audio.SetChunkData(0, Ascii("!"));
@@ -225,6 +251,7 @@ TEST_F(AudioT, EverySettingASaveNeedsIsCheckedFirst) {
         events.clear();
         EXPECT_FALSE(audio.SaveAudioT());
         EXPECT_TRUE(events.ends_with("failed"));
+        EXPECT_NE(events.find("error "), std::string::npos);
         EXPECT_EQ(folder.Read("game/AUDIOT.TST"), Ascii(kData));
         SharedStore().*setting = before;
     }
@@ -256,6 +283,8 @@ TEST_F(AudioT, AFailureAtAnyFileOperationLosesNothing) {
         ++failures;
         EXPECT_TRUE(events.ends_with("failed")) << at;
         EXPECT_EQ(events.find("done"), std::string::npos) << at;
+        EXPECT_NE(events.find("error "), std::string::npos) << at;
+        EXPECT_EQ(events.find("error 8"), std::string::npos) << "there is no such chunk";
         EXPECT_EQ(fresh.Read("AUDIOHED.TST"), Hex(kHeader)) << at;
         EXPECT_EQ(fresh.Read("AUDIOT.TST"), Ascii(kData)) << at;
         EXPECT_FALSE(fresh.Has("AUDIOT.TST.new")) << at;

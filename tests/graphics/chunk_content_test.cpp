@@ -45,7 +45,9 @@ TEST(TypeByContent, FirstFitCounts) {
 TEST(PictureTable, EndsAtTheFirstEntryThatIsNoPicture) {
     const ByteArray table = Hex("4001 C800  0800 0800  8102 0100  0800 0800");
     EXPECT_EQ(ReadPictureTable(table, false).size(), 2u);  // 641 x 1 is none
-    EXPECT_EQ(ReadPictureTable(table, true).size(), 0u);   // 320 bytes across are 2560 pixels
+    // 320 bytes across are 2560 pixels; what lies behind counts on, except at the end.
+    EXPECT_EQ(ReadPictureTable(table, true).size(), 4u);
+    EXPECT_EQ(ReadPictureTable(ByteSpan(table).first(12), true).size(), 2u);
     EXPECT_EQ(ReadPictureTable(Hex("5000 C800 0000 0100"), true)[0].width, 640);
     EXPECT_EQ(ReadPictureTable(ByteSpan(table).first(7), false).size(), 1u);
 }

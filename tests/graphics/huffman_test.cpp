@@ -125,6 +125,12 @@ TEST(HuffCompress, CodesTheStreamCannotHold) {
     chain[254].Bit0 = 1;  // byte 0 has no leaf now: it leaves no bits but counts
     EXPECT_EQ(HuffCompress(ByteArray{0, 0, 0, 0}, chain), (ByteArray{4, 0, 0, 0, 0}));
     EXPECT_FALSE(CanCompress(ByteArray{0}, chain));
+
+    chain = Chain();
+    chain[254].Bit1 = 0;  // nothing refers to node 253 now: the codes below do not read back
+    EXPECT_EQ(DetermineHuffLength(1, chain), 1);
+    EXPECT_FALSE(CanCompress(ByteArray{1}, chain));
+    EXPECT_TRUE(CanCompress(ByteArray{0}, chain));
 }
 
 TEST(HuffExpand, StopsWhereItIsTold) {

@@ -196,6 +196,47 @@ TEST(VgaGraph, ImagesReplacePictures) {
     EXPECT_EQ(open.Load(11), image);
 }
 
+TEST(VgaGraph, TilesBeyondTheLayoutAreKept) {
+    std::vector<BuiltChunk> chunks = VgaChunks();
+    chunks[5].bytes = Noise(72 * 64, 4);
+    OpenSet open(chunks);
+    ByteArray sheet;
+    std::int32_t height = 0, width = 0;
+    EXPECT_EQ(open.Load(5).size(), 35u * 64);
+    ASSERT_TRUE(open.graph.LoadCompleteTile8(sheet, height, width));
+    open.graph.SetTile8Info(72, 8, 9);
+    EXPECT_EQ(open.Load(5), chunks[5].bytes);
+    open.graph.SetTile8Info(35, 5, 7);
+    open.graph.SetChunkData(5, sheet);
+    EXPECT_EQ(open.Load(5), chunks[5].bytes);
+    EXPECT_TRUE(open.user.boxes.empty());
+}
+
+TEST(VgaGraph, AFailedOpeningLeavesNoSet) {
+    OpenSet open;
+    const auto header = open.set.folder.Read("VGAHEAD.TST");
+    const auto data = open.set.folder.Read("VGAGRAPH.TST");
+    std::vector<std::uint32_t> overlapping;
+    for (int i = 0; i < 20; ++i)
+        overlapping.insert(overlapping.end(), {0, static_cast<std::uint32_t>(data.size())});
+    struct Row {
+        ByteArray header, data;
+        const char* text;
+    };
+    for (const Row& row :
+         {Row{header, ByteArray(2), "Error 9 in clsVGAGraph.LoadPictureDimensions"},
+          Row{WriteGraphicsHeader(overlapping, 3), data, "Error 9 in clsVGAGraph.LoadHeader"}}) {
+        open.set.folder.Write("VGAHEAD.TST", row.header);
+        open.set.folder.Write("VGAGRAPH.TST", row.data);
+        EXPECT_FALSE(open.graph.InitializeGraphics());
+        EXPECT_EQ(open.LastBox().find(row.text), 0u) << open.LastBox();
+        EXPECT_EQ(open.graph.NumberOfChunks(), 0);
+        EXPECT_FALSE(open.graph.SaveVGAGraph());
+        EXPECT_NE(open.LastBox().find("No graphics are loaded."), std::string::npos);
+        EXPECT_EQ(open.set.folder.Read("VGAGRAPH.TST"), row.data);
+    }
+}
+
 TEST(VgaGraph, TextIsDrawn) {
     OpenSet open;
     ByteArray pixels;
