@@ -33,7 +33,8 @@ public:
 
     /// Reads a palette file: ".CPP" as the C source array, ".INC" as the "RGB(" list, anything
     /// else by its first four bytes, "JASC" or "RIFF". 6-bit values come back times 4. A file of
-    /// another form, one that does not parse or an empty one shows its message box.
+    /// another form, one that does not parse or an empty one shows its message box; a RIFF palette
+    /// that ends early is reported as failure 9 instead.
     /// @param FileType receives the type found, where it is not null.
     /// @return False, with PalBytes and FileType unchanged, when the file could not be read.
     bool LoadPaletteDataFromFile(const std::string& FileName, ByteArray& PalBytes,

@@ -33,6 +33,18 @@ std::int32_t& ColorAt(std::int32_t number) {
     return palette[static_cast<std::size_t>(number)];
 }
 
+/// Makes the palette of a file the current one.
+/// @return False after a failure that the user has been told.
+bool UsePaletteFile(clsPalette& reader, const std::string& file) {
+    return Guarded("clsPalette.UsePaletteFile", [&] {
+        ByteArray palette;
+        if (!reader.LoadPaletteDataFromFile(file, palette))
+            return false;
+        SetCurrentPalette(palette);
+        return true;
+    });
+}
+
 void Refuse(const std::string& prompt, const std::string& title = {}) {
     CurrentUserInterface().MsgBox(prompt, mbOKOnly | mbExclamation, title, {}, 0);
 }
@@ -82,14 +94,10 @@ void clsPalette::Color(std::int32_t ColorNum, std::int32_t NewValue) {
 
 void clsPalette::LoadPalette(const std::string& NewPaletteFile) {
     Guarded("clsPalette.LoadPalette", [&] {
-        if (NewPaletteFile.empty()) {
+        if (NewPaletteFile.empty())
             SetCurrentPalette(BuiltInPalette(SharedStore().extension));
-        } else {
-            ByteArray palette;
-            if (!LoadPaletteDataFromFile(NewPaletteFile, palette))
-                return;  // the user has been told
-            SetCurrentPalette(palette);
-        }
+        else if (!UsePaletteFile(*this, NewPaletteFile))
+            return;
         SharedStore().paletteFile = NewPaletteFile;
     });
 }
