@@ -24,7 +24,8 @@ constexpr std::size_t kEndSize = 2;
 void DrawColumn(ByteSpan chunk, std::size_t list, std::span<std::uint8_t> column) {
     ByteReader in(chunk);
     in.Seek(list);
-    while (const std::size_t end = in.U16() / 2u) {
+    while (const std::size_t twiceEnd = in.U16()) {
+        const std::size_t end = twiceEnd / 2;
         ByteReader post(in.Take(kCommandSize - kEndSize));
         const std::int32_t pixels = post.I16();
         const std::size_t start = post.U16() / 2u;

@@ -77,6 +77,10 @@ TEST(SpriteChunk, DamageIsAFailure) {
         EXPECT_THROW(DecodeSprite(Hex(chunk), 4), Failure) << chunk;
     // A start at or below the end draws nothing.
     EXPECT_EQ(DecodeSprite(Hex("0000 0000 0600 0200 FF7F 0800 0000"), 4), ByteArray(16, t));
+    // An odd end is still no end of the list, not even 1.
+    ByteArray pixel(16, t);
+    pixel[0] = 7;
+    EXPECT_EQ(DecodeSprite(Hex("0000 0000 0700 07 0100 0000 0000 0200 0600 0000 0000"), 4), pixel);
 }
 
 TEST(SpriteChunk, NumbersThatDoNotFitFail) {
