@@ -37,7 +37,7 @@ public:
     void CloseFile();
 
     /// Counts of the set. Setting a higher one grows the set by items without data; a lower one
-    /// does not drop any.
+    /// does not drop any. One below 0 fails with number 5, one above 32767 with number 6.
     std::int32_t NumberOfWalls() const;
     void NumberOfWalls(std::int32_t NewValue);
     std::int32_t NumberOfSounds() const;
@@ -49,7 +49,8 @@ public:
     /// All chunks of the files, sound pages and sound lists included.
     std::int32_t NumberOfChunks() const;
 
-    /// A chunk's stored bytes; a one-byte array for a chunk without data.
+    /// A chunk's stored bytes; a one-byte array for a chunk without data. The first page of a sound
+    /// gives the whole sound, or one byte where the sound list says 65535, which marks it as empty.
     void LoadChunk(std::int32_t ChunkNum, ByteArray& Data);
     /// The BMP image of a wall or a sprite. One without data is a one-byte array, and True.
     bool LoadWall(std::int32_t WallNum, ByteArray& Data);
@@ -58,7 +59,8 @@ public:
     /// array, and True.
     bool LoadSound(std::int32_t SoundNum, ByteArray& Data, std::int32_t& Length);
 
-    /// The compiled size in bytes of a BMP image; -1 when it is not 8 bits per pixel.
+    /// The compiled size in bytes of a BMP image of at most 128 x 128 pixels; 1 for an image of 0
+    /// or 1 bytes. Every failure gives -1, and so does a depth other than 8 bits per pixel.
     std::int32_t GetSpriteCompressedSize(const ByteArray& Data, enmVSWAPCompression Compression);
 
     /// Replaces wall `Chunk`, or sprite `Chunk` - NumberOfWalls, in memory by a BMP image.
@@ -68,12 +70,13 @@ public:
 
     /// Writes the page file, and the extra sound file, anew into OutputFolder, compiling every
     /// sprite with `Compression`. Files that are replaced move to BackupFolder first.
-    /// @return False after a failure: SaveError named the item, the old files are back, and the
-    ///         edits are kept.
+    /// @return False after a failure: the old files are back and the edits are kept. SaveError
+    ///         named the item, or, where the failure lay outside any, the one where the save
+    ///         stood; it is not raised when a file could not be backed up.
     bool SaveVSwap(enmVSWAPCompression Compression);
 
     SaveStatusEvent SaveStatus;
-    /// The item that cannot be written, within its kind.
+    /// The item that cannot be written, or where the save stood, within its kind.
     std::function<void(std::int32_t Chunk, enmChunkType ErrorChunkType)> SaveError;
     SaveCompleteEvent SaveComplete;
 

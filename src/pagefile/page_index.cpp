@@ -61,11 +61,10 @@ void PageIndex::IndexExtraFile() {
         throw Failure(kSubscriptOutOfRange);
 
     const ByteArray list = Read(static_cast<std::int32_t>(offsets.size()) - 1);
-    SoundListForm form = SoundListForm::Short;
-    std::vector<SoundEntry> more = ReadSoundList(list, form);
+    std::vector<SoundEntry> more = ReadSoundList(list, SoundListForm::Short);
     if (!more.empty() && more.front().length == 0) {
-        form = SoundListForm::Long;
-        more = ReadSoundList(list, form);
+        extraForm = SoundListForm::Long;
+        more = ReadSoundList(list, extraForm);
         SharedStore().readSoundLengthsAsLong = true;
     }
     if (sounds.size() < 2) {
@@ -75,23 +74,23 @@ void PageIndex::IndexExtraFile() {
         soundCount = 0;
     }
     firstExtraSound = static_cast<std::int32_t>(sounds.size());
-    WalkSounds(more, firstExtraChunk, form);
+    WalkSounds(more, firstExtraChunk, extraForm);
     sounds.insert(sounds.end(), more.begin(), more.end());
 }
 
 /// Counts the sounds of a list up to its end or the first later entry with page 0, and gives the
 /// first page of each the length of the whole sound: its pages follow each other, so one read
-/// takes them all. Entries with a page below 0 are not counted, and the list is cut to the count.
+/// takes them all. Entries with a page below 0 are dropped, so that the counted ones are the list.
 void PageIndex::WalkSounds(std::vector<SoundEntry>& entries, std::int32_t firstChunk,
                            SoundListForm form) {
-    std::size_t counted = 0;
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const SoundEntry& entry = entries[i];
-        if (entry.startPage == 0 && i > 0)
+        if (entry.startPage == 0 && i > 0) {
+            entries.resize(i);
             break;
+        }
         if (entry.startPage < 0)
             continue;
-        ++counted;
         ++soundCount;
         const std::int32_t chunk = firstChunk + entry.startPage;
         if (std::cmp_greater_equal(chunk, lengths.size()))
@@ -100,7 +99,7 @@ void PageIndex::WalkSounds(std::vector<SoundEntry>& entries, std::int32_t firstC
         if (HasPlace(chunk))
             lengths[static_cast<std::size_t>(chunk)] = marked ? 0 : entry.length;
     }
-    entries.resize(counted);
+    std::erase_if(entries, [](const SoundEntry& entry) { return entry.startPage < 0; });
 }
 
 void PageIndex::GiveUpSounds() {
@@ -122,14 +121,18 @@ bool PageIndex::HasData(std::int32_t chunk) const {
     return lengths[static_cast<std::size_t>(chunk)] > 0 && HasPlace(chunk);
 }
 
+void PageIndex::Check(std::int32_t chunk) const {
+    if (chunk < 0 || std::cmp_greater_equal(chunk, offsets.size()))
+        throw Failure(kSubscriptOutOfRange);
+}
+
 ByteArray PageIndex::ReadBytes(std::int32_t chunk, std::int32_t length) {
     File& file = HasExtraFile() && chunk >= firstExtraChunk ? extra : page;
     return file.ReadAt(offsets[static_cast<std::size_t>(chunk)], length);
 }
 
 ByteArray PageIndex::Read(std::int32_t chunk) {
-    if (chunk < 0 || std::cmp_greater_equal(chunk, offsets.size()))
-        throw Failure(kSubscriptOutOfRange);
+    Check(chunk);
     return HasData(chunk) ? ReadBytes(chunk, lengths[static_cast<std::size_t>(chunk)])
                           : ByteArray();
 }
@@ -141,31 +144,52 @@ std::optional<std::int32_t> PageIndex::SoundChunk(std::size_t sound) const {
     return sounds[sound].startPage + (isExtra ? firstExtraChunk : soundStart);
 }
 
-StoredSound PageIndex::ReadSound(std::int32_t chunk, std::int32_t listLength) {
+bool PageIndex::MarksEmpty(std::int32_t chunk, std::int32_t listLength) const {
+    const bool inLongList =
+        HasExtraFile() && chunk >= firstExtraChunk && extraForm == SoundListForm::Long;
+    return listLength == kMarkedEmpty && !inLongList;
+}
+
+/// The bytes that a sound takes up in its file.
+std::int32_t PageIndex::StoredLength(std::int32_t chunk, std::int32_t listLength) const {
+    Check(chunk);
     if (!HasPlace(chunk))
-        return {};
-    const std::int32_t length = lengths[static_cast<std::size_t>(chunk)];
-    if (length > 0)
-        return {ReadBytes(chunk, length), length};
-    if (listLength != kMarkedEmpty)
-        return {};
+        return 0;
+    if (!MarksEmpty(chunk, listLength))
+        return std::max(listLength, 0);
     // It reads as empty, but its pages may hold a sound of just that length.
     std::int32_t stored = 0;
     for (auto i = static_cast<std::size_t>(chunk); i < storedLengths.size(); ++i) {
-        stored += storedLengths[i];
+        stored = std::min(stored + storedLengths[i], kMarkedEmpty);
         if (storedLengths[i] != static_cast<std::int32_t>(kSoundPageSize))
             break;
     }
-    return {ReadBytes(chunk, std::min(stored, kMarkedEmpty)), kMarkedEmpty};
+    return stored;
 }
 
-ByteArray PageIndex::ReadWhatIsThere(std::int32_t chunk) {
-    const auto i = static_cast<std::size_t>(chunk);
-    if (offsets[i] < 1)
+StoredSound PageIndex::ReadSound(std::int32_t chunk, std::int32_t listLength) {
+    const std::int32_t length = StoredLength(chunk, listLength);
+    if (!HasPlace(chunk))
         return {};
-    const std::int64_t there = std::max<std::int64_t>(page.Size() - offsets[i], 0);
-    return page.ReadAt(std::min<std::int64_t>(offsets[i], page.Size()),
-                       std::min<std::int64_t>(storedLengths[i], there));
+    return {ReadBytes(chunk, length), MarksEmpty(chunk, listLength) ? kMarkedEmpty : length};
+}
+
+StoredSound PageIndex::ReadReplacedSound() {
+    const std::int32_t chunk = soundStart + replacedSound->startPage;
+    const std::int32_t listLength = replacedSound->length;
+    StoredSound sound{ReadWhatIsThere(chunk, StoredLength(chunk, listLength))};
+    sound.listLength = HasPlace(chunk) && MarksEmpty(chunk, listLength)
+                           ? kMarkedEmpty
+                           : static_cast<std::int32_t>(sound.bytes.size());
+    return sound;
+}
+
+ByteArray PageIndex::ReadWhatIsThere(std::int32_t chunk, std::int32_t length) {
+    if (!HasPlace(chunk))
+        return {};
+    const std::int64_t offset = offsets[static_cast<std::size_t>(chunk)];
+    const std::int64_t there = std::max<std::int64_t>(page.Size() - offset, 0);
+    return page.ReadAt(std::min(offset, page.Size()), std::min<std::int64_t>(length, there));
 }
 
 }  // namespace tessaro

@@ -32,6 +32,7 @@ struct PageIndex {
     std::int32_t fileChunks = 0;       ///< in the page file
     std::int32_t firstExtraChunk = 0;  ///< in the extra sound file; 0: there is none
     std::int32_t firstExtraSound = 0;
+    SoundListForm extraForm = SoundListForm::Short;
     std::vector<std::int32_t> offsets;
     std::vector<std::int32_t> lengths;  ///< the first page of a sound has the whole sound's
     std::vector<std::int32_t> storedLengths;
@@ -60,14 +61,21 @@ struct PageIndex {
     ByteArray Read(std::int32_t chunk);
     /// The first chunk of a sound; nothing where it has none.
     std::optional<std::int32_t> SoundChunk(std::size_t sound) const;
-    /// Everything stored of a sound, also of one that reads as empty.
+    /// Everything stored of a sound, also of one that reads as empty. The length is the one of its
+    /// own entry: another entry may name the same first page.
     StoredSound ReadSound(std::int32_t chunk, std::int32_t listLength);
-    /// The bytes of a chunk of the page file as far as the file holds them.
-    ByteArray ReadWhatIsThere(std::int32_t chunk);
+    /// The same of `replacedSound`, as far as the file holds it.
+    StoredSound ReadReplacedSound();
+    /// So many bytes from the start of a chunk of the page file, as far as the file holds them.
+    ByteArray ReadWhatIsThere(std::int32_t chunk, std::int32_t length);
 
 private:
     void IndexExtraFile();
     void WalkSounds(std::vector<SoundEntry>& entries, std::int32_t firstChunk, SoundListForm form);
+    /// Fails with number 9 where there is no such chunk.
+    void Check(std::int32_t chunk) const;
+    bool MarksEmpty(std::int32_t chunk, std::int32_t listLength) const;
+    std::int32_t StoredLength(std::int32_t chunk, std::int32_t listLength) const;
     ByteArray ReadBytes(std::int32_t chunk, std::int32_t length);
 };
 

@@ -1,5 +1,7 @@
 #include "tessaro/vswap.h"
 
+#include <algorithm>
+
 #include "foundation/guard.h"
 #include "foundation/store.h"
 #include "foundation/wav_image.h"
@@ -13,6 +15,7 @@ namespace {
 
 constexpr std::int32_t kMostChunks = 32767;
 constexpr std::size_t kHiResChunk = 16384;
+constexpr std::int32_t kLargestSpriteSide = 128;
 
 /// A count only grows the items of its kind: those beyond a lower one stay.
 void SetCount(std::int32_t& count, std::vector<PageItem>& items, std::int32_t value) {
@@ -25,27 +28,34 @@ void SetCount(std::int32_t& count, std::vector<PageItem>& items, std::int32_t va
         items.resize(static_cast<std::size_t>(value));
 }
 
-}  // namespace
-
-bool FixWallData(ByteSpan image, ByteArray& chunk, ImageSize& size) {
-    ColumnsOfImage stripped = StripToColumns(image);
-    size = {stripped.width, stripped.height};
-    if (stripped.bitsPerPixel != 8)
-        return false;
-    chunk = std::move(stripped.columns);
-    return true;
-}
-
-bool FixSpriteData(ByteSpan image, ByteArray& chunk, ImageSize& size,
-                   enmVSWAPCompression compression) {
+/// A BMP image back to a sprite chunk.
+/// @return False, with the reason in the error state, where it is not 8 bits per pixel.
+bool FixSpriteData(ByteSpan image, ByteArray& chunk, enmVSWAPCompression compression) {
     const ColumnsOfImage stripped = StripToColumns(image);
-    size = {stripped.width, stripped.height};
     if (stripped.bitsPerPixel != 8) {
         SharedStore().errorState.Description = "BMP was not 256 colors.";
         return false;
     }
-    chunk = CompileSprite(stripped.columns, size.height, compression);
+    // Looking for shared pixels takes far more than twice the time for twice the pixels.
+    if (std::max(stripped.width, stripped.height) > kLargestSpriteSide)
+        throw Failure(kInvalidProcedureCall, "The BMP has " + std::to_string(stripped.width) +
+                                                 " x " + std::to_string(stripped.height) +
+                                                 " pixels. A sprite has at most 128 x 128.");
+    chunk = CompileSprite(stripped.columns, stripped.height, compression);
     return true;
+}
+
+}  // namespace
+
+bool FixWallData(ByteSpan image, ByteArray& chunk, ImageSize& size) {
+    return Guarded("clsVSwap.FixWallData", [&] {
+        ColumnsOfImage stripped = StripToColumns(image);
+        size = {stripped.width, stripped.height};
+        if (stripped.bitsPerPixel != 8)
+            return false;
+        chunk = std::move(stripped.columns);
+        return true;
+    });
 }
 
 bool clsVSwap::Self::LoadSwapFile(const std::string& path) {
@@ -211,10 +221,8 @@ std::int32_t clsVSwap::GetSpriteCompressedSize(const ByteArray& Data,
             if (Data.size() <= 1)
                 return 1;
             ByteArray chunk;
-            ImageSize size;
-            return FixSpriteData(Data, chunk, size, Compression)
-                       ? Narrow<std::int32_t>(chunk.size())
-                       : -1;
+            return FixSpriteData(Data, chunk, Compression) ? Narrow<std::int32_t>(chunk.size())
+                                                           : -1;
         },
         -1);
 }

@@ -4,6 +4,7 @@
 #include "foundation/replace_files.h"
 #include "foundation/store.h"
 #include "foundation/wav_image.h"
+#include "pagefile/column_images.h"
 #include "pagefile/sprite_chunk.h"
 #include "pagefile/vswap_self.h"
 
@@ -43,11 +44,13 @@ private:
     void SaveSprite(std::int32_t side);
     void SaveSound();
     ByteArray SamplesOf(const PageItem& sound);
+    void SaveReplacedSound();
     void StoreSound(bool inExtraFile, const StoredSound& sound);
     void PassSoundsThrough();
 
     PageItem& Item(std::vector<PageItem>& items) { return self_.ItemAt(items, number_); }
     std::string Headline() const;
+    void RefuseOtherSprite(std::int32_t width, std::int32_t height, std::int32_t side);
     [[noreturn]] void Refuse(std::int32_t code, const std::string& reason,
                              const std::string& solutions);
     Failure Named(Failure failure) const;
@@ -129,26 +132,33 @@ void PageFileSave::SaveWall() {
     pageFile_.AddChunk(chunk);
 }
 
+void PageFileSave::RefuseOtherSprite(std::int32_t width, std::int32_t height, std::int32_t side) {
+    if (width != side || height != side)
+        Refuse(kInvalidProcedureCall,
+               "The BMP has " + std::to_string(width) + " x " + std::to_string(height) +
+                   " pixels. The sprites of this set have " + std::to_string(side) + " x " +
+                   std::to_string(side) + ", as its first wall.",
+               "1) Change the size of the BMP.");
+}
+
 void PageFileSave::SaveSprite(std::int32_t side) {
     const PageItem& sprite = Item(self_.sprites);
     const bool set = sprite.from == PageItem::From::Host;
     ByteArray chunk;
-    ImageSize size{self_.spriteSize, self_.spriteSize};
     if (set && sprite.HasData()) {
-        if (!FixSpriteData(sprite.image, chunk, size, compression_))
+        const ColumnsOfImage image = StripToColumns(sprite.image);
+        if (image.bitsPerPixel != 8)
             Refuse(kSpriteNotIndexed, "BMP was not 256 colors.",
                    "1) Convert the BMP to 256 colors.");
+        RefuseOtherSprite(image.width, image.height, side);
+        chunk = CompileSprite(image.columns, side, compression_);
     } else if (!set && number_ < self_.index.sprites) {
         const ByteArray stored = self_.index.Read(self_.index.walls + number_);
-        if (!stored.empty())
-            chunk = CompileSprite(DecodeSprite(stored, size.width), size.height, compression_);
+        if (!stored.empty()) {
+            RefuseOtherSprite(self_.spriteSize, self_.spriteSize, side);
+            chunk = CompileSprite(DecodeSprite(stored, side), side, compression_);
+        }
     }
-    if (!chunk.empty() && (size.width != side || size.height != side))
-        Refuse(kInvalidProcedureCall,
-               "The BMP has " + std::to_string(size.width) + " x " + std::to_string(size.height) +
-                   " pixels. The sprites of this set have " + std::to_string(side) + " x " +
-                   std::to_string(side) + ", as its first wall.",
-               "1) Change the size of the BMP.");
     if (std::cmp_greater(chunk.size(), self_.outputPageSize))
         Refuse(kSpriteTooBig,
                "Compressed sprite data too big (" + std::to_string(chunk.size()) +
@@ -196,6 +206,16 @@ void PageFileSave::SaveSound() {
     StoreSound(inExtraFile, stored);
 }
 
+/// Nobody hears the sound whose place the extra file's list took, and nobody can replace it: it is
+/// kept as far as it is there.
+void PageFileSave::SaveReplacedSound() {
+    kind_ = ctSound;
+    number_ = 0;
+    converting_ = true;
+    StoreSound(false, self_.index.ReadReplacedSound());
+    converting_ = false;
+}
+
 void PageFileSave::StoreSound(bool inExtraFile, const StoredSound& sound) {
     if (inExtraFile) {
         extraFile_->AddSound(sound.bytes, sound.listLength);
@@ -227,9 +247,8 @@ std::vector<NewFile> PageFileSave::Build() {
     } else {
         if (index.HasExtraFile())
             extraFile_.emplace();
-        if (const auto& replaced = index.replacedSound)
-            StoreSound(false,
-                       index.ReadSound(index.soundStart + replaced->startPage, replaced->length));
+        if (index.replacedSound)
+            SaveReplacedSound();
         SaveAll(ctSound, self_.sounds, [&] { SaveSound(); });
         if (index.hasSoundList || !list_.empty())
             pageFile_.AddChunk(WriteSoundList(list_, SoundListForm::Short));
@@ -248,9 +267,11 @@ void PageFileSave::PassSoundsThrough() {
             Refuse(kInvalidProcedureCall, "The sounds of this set could not be loaded.",
                    "1) Save without changing sounds.");
     });
-    const PageIndex& index = self_.index;
-    for (std::int32_t chunk = index.soundStart; chunk < index.fileChunks; ++chunk)
-        pageFile_.AddChunk(self_.index.ReadWhatIsThere(chunk));
+    PageIndex& index = self_.index;
+    for (std::int32_t chunk = index.soundStart; chunk < index.fileChunks; ++chunk) {
+        const std::int32_t length = index.storedLengths[static_cast<std::size_t>(chunk)];
+        pageFile_.AddChunk(index.ReadWhatIsThere(chunk, length));
+    }
 }
 
 /// A handler that throws is reported and changes nothing about the save's end.

@@ -48,12 +48,8 @@ struct ImageSize {
 };
 
 /// A BMP image back to a wall chunk.
-/// @return False where the image is not 8 bits per pixel.
+/// @return False where the image is not 8 bits per pixel, or after a failure, which is reported
+///         under this function's own name.
 bool FixWallData(ByteSpan image, ByteArray& chunk, ImageSize& size);
-
-/// A BMP image back to a sprite chunk.
-/// @return False, with the reason in the error state, where it is not 8 bits per pixel.
-bool FixSpriteData(ByteSpan image, ByteArray& chunk, ImageSize& size,
-                   enmVSWAPCompression compression);
 
 }  // namespace tessaro

@@ -128,6 +128,25 @@ TEST_F(VSwapSave, SoundsThatReadAsEmptyKeepTheirBytes) {
     EXPECT_TRUE(folder_.Read("VSWAP.TST") == old);
 }
 
+TEST_F(VSwapSave, EverySoundOfTheListIsKeptWithItsOwnLength) {
+    PageFileImage image(1);
+    image.AddChunk(WallChunk());
+    image.AddSound(Samples(7));
+    image.AddSound(Samples(5000));
+    image.AddSound(Samples(20));
+    // Two sounds from page 1 on, an absent one, one from page 3 on.
+    image.AddChunk(Hex("0000 0700 0100 8813 0100 0A00 FFFF 0500 0300 1400"));
+    Open(image.Assemble(1, 1));
+    // A page has one length, the last that was told of it.
+    std::vector<ByteArray> items = AllItems(set_);
+    items.erase(items.begin());
+    EXPECT_TRUE(items == (std::vector<ByteArray>{Wav(7), Wav(10), Wav(10), Wav(20)}));
+    ASSERT_TRUE(set_.SaveVSwap(vcNone));
+    items = Reread();
+    items.erase(items.begin());
+    EXPECT_TRUE(items == (std::vector<ByteArray>{Wav(7), Wav(5000), Wav(10), Wav(20)}));
+}
+
 TEST_F(VSwapSave, SoundsThatCannotBeReadAreKept) {
     PageFileImage image(1);
     image.AddChunk(WallChunk());
@@ -224,6 +243,16 @@ TEST_F(VSwapRefuses, WhatDoesNotFitAndSaysWhy) {
                       " in clsVSWAP.SaveVSwap: " + text.substr(text.find('|') + 1));
         EXPECT_TRUE(AllItems(set_) == items);  // the edits wait for another try
     }
+}
+
+TEST_F(VSwapRefuses, DamagedWallImagesUnderTheirOwnName) {
+    Open(SmallSet());
+    set_.SetChunkData(1, ByteArray(10));
+    EXPECT_FALSE(set_.SaveVSwap(vcNone));
+    ASSERT_EQ(ui_.boxes.size(), 2u);
+    EXPECT_EQ(ui_.boxes[0].title, "clsVSwap.FixWallData Error");
+    EXPECT_TRUE(ui_.boxes[1].prompt.starts_with("Error 1512 in clsVSWAP.SaveVSwap"));
+    EXPECT_EQ(events_, (std::vector<std::string>{"1/7", "error 0:1", "failed"}));
 }
 
 TEST_F(VSwapRefuses, SpritesAboveTheOutputPageAndNotThoseThatFillIt) {
@@ -369,6 +398,39 @@ TEST_F(VSwapExtra, SoundsGoOnAfterThoseOfThePageFileOrTakeTheirPlace) {
         const std::vector<ByteArray> edited = AllItems(set_);
         ASSERT_TRUE(set_.SaveVSwap(vcNone));
         EXPECT_TRUE(Reread() == edited) << row.own;
+    }
+    EXPECT_TRUE(ui_.boxes.empty());
+}
+
+TEST_F(VSwapExtra, TheSoundThatItsListReplacedIsKeptAsFarAsItIsThere) {
+    struct Case {
+        const char* list;
+        std::size_t samples;  ///< as the save writes them
+    };
+    const Case cases[] = {{"FFFF 0500 0100 1400", 20},  // an absent sound before it
+                          {"0100 8813", 24}};           // no more than 20 bytes and the list
+    for (const Case& row : cases) {
+        OpenWithExtra(0, SoundListForm::Short);
+        PageFileImage image(1);
+        image.AddChunk(WallChunk());
+        image.AddSound(Samples(10));
+        image.AddSound(Samples(20));
+        image.AddChunk(Hex(row.list));
+        Open(image.Assemble(1, 1));
+        const std::vector<ByteArray> items = AllItems(set_);
+        EXPECT_EQ(items.size(), 3u);
+        ASSERT_TRUE(set_.SaveVSwap(vcNone)) << row.list;
+        EXPECT_TRUE(Reread() == items) << row.list;
+
+        DeleteFileAt(folder_.File("AUDIOMUS.TST"));
+        const std::vector<ByteArray> own = Reread();
+        ASSERT_EQ(own.size(), 2u);
+        ByteArray expected = Samples(20);
+        if (row.samples > expected.size())
+            for (const std::uint8_t byte : Hex(row.list))
+                expected.push_back(byte);
+        modAddWAVHeader::AddWaveHeader(static_cast<std::int32_t>(row.samples), expected);
+        EXPECT_EQ(own[1], expected);
     }
     EXPECT_TRUE(ui_.boxes.empty());
 }

@@ -77,7 +77,7 @@ TEST_F(VSwap, SoundListsEndAndMarkAsTheGamesDo) {
     };
     const Case cases[] = {{"ZeroFirstIsASound", "0000 8813  0300 1400", {5000, 20}},
                           {"ZeroLaterEnds", "0100 8803  0000 8813  0300 1400", {904}},
-                          {"NegativeIsNotCounted", "0000 8813  FFFF 0900  0300 1400", {5000, 0}},
+                          {"NegativeIsNotCounted", "0000 8813  FFFF 0900  0300 1400", {5000, 20}},
                           {"Length65535IsEmpty", "0000 FFFF  0300 1400", {0, 20}},
                           {"NoDataKeepsItsPageLength", "0000 8813  0200 0A00", {5000, 0}},
                           {"Empty", "", {}}};
@@ -199,6 +199,11 @@ TEST_F(VSwap, CompressedSizes) {
     EXPECT_EQ(set.GetSpriteCompressedSize(ByteArray(30), vcNone), -1);
     EXPECT_EQ(set.GetSpriteCompressedSize(ByteArray(10), vcNone), -1);
     EXPECT_EQ(ui_.boxes.size(), 1u);
+    EXPECT_GT(set.GetSpriteCompressedSize(Bmp(128, 1), vcGood), 0);
+    EXPECT_EQ(set.GetSpriteCompressedSize(Bmp(132, 1), vcGood), -1);
+    EXPECT_EQ(Prompts().back(),
+              "clsVSwap.GetSpriteCompressedSize Error|Error 5 in clsVSwap.GetSpriteCompressedSize: "
+              "The BMP has 132 x 132 pixels. A sprite has at most 128 x 128.");
 }
 
 }  // namespace
