@@ -56,9 +56,9 @@ int Run(int argc, char** argv) {
         return app.exit(help);
     } catch (const CLI::RequiredError& error) {
         const std::vector<std::string> unknown = app.remaining(true);
-        return Report(unknown.empty() ? std::string(error.what()) + " (--help tells how)"
-                                      : "there is no command " + unknown.front() +
-                                            " (--help lists them)",
+        return Report(unknown.empty()
+                          ? std::string(error.what()) + " (--help tells how)"
+                          : "there is no command " + unknown.front() + " (--help lists them)",
                       kUsage);
     } catch (const CLI::ParseError& error) {
         return Report(std::string(error.what()) + " (--help tells how)", kUsage);
