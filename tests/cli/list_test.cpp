@@ -154,6 +154,19 @@ TEST(List, RealGameHasItsKnownCounts) {
     EXPECT_EQ(types["vgEndScreen"], 2);
     EXPECT_EQ(types["vgEndArt"], 2);
     EXPECT_EQ(list.at(0).at("name"), "Wolf1 Map1");
+    // From the stored bytes, by a decoder of its own kind: one item of each.
+    const std::map<std::pair<std::string, int>, const char*> sums = {
+        {{"map", 0}, "b3aec112"},   {{"wall", 98}, "77b69537"},  {{"sprite", 50}, "27755508"},
+        {{"sound", 0}, "517aac41"}, {{"chunk", 99}, "359d6b7a"}, {{"picture", 99}, "443ea5dd"},
+        {{"font", 1}, "36ce65a9"},  {{"audio", 0}, "b1db4b9f"}};
+    std::size_t found = 0;
+    for (const Json& item : list)
+        if (const auto sum = sums.find({item.at("kind"), item.at("number")}); sum != sums.end()) {
+            ++found;
+            EXPECT_EQ(item.at("crc32"), sum->second) << item.dump();
+        }
+    EXPECT_EQ(found, sums.size());
+    EXPECT_EQ(list.at(0).at("planes"), Json({"b8d06305", "52ef76a0", "d8f49994"}));
     const Ran info = Tessaro({"info", *GameFolder()});
     EXPECT_EQ(info.exitCode, 0);
     EXPECT_NE(info.out.find("4, of levels 0 2 4 6"), std::string::npos);
