@@ -57,7 +57,7 @@ TEST_F(VSwapSave, WritesEveryItemAndBacksUpTheOldFile) {
     const std::size_t sprite = PageTable::Size(9) + 4096;
     expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(sprite) + 16);
     expected[6 + 4 * 9 + 2 * 2] = 16;
-    for (const std::size_t chunk : {4, 5, 7, 8})
+    for (const std::size_t chunk : std::initializer_list<std::size_t>{4, 5, 7, 8})
         --expected[6 + 4 * chunk];
     EXPECT_EQ(folder_.Read("VSWAP.TST"), expected);
     EXPECT_TRUE(ui_.boxes.empty());
@@ -461,7 +461,7 @@ TEST_F(VSwapExtra, DamageAndFailuresLoseNeitherFile) {
     }
     EXPECT_EQ(Reread().back(), Wav(9));
 
-    for (const std::size_t size : {0, 100, 4095, 4096, 9000}) {
+    for (const std::size_t size : std::initializer_list<std::size_t>{0, 100, 4095, 4096, 9000}) {
         folder_.Write("VSWAP.TST", before.first);
         folder_.Write("AUDIOMUS.TST", ByteSpan(before.second).first(size));
         Open(before.first);
