@@ -20,13 +20,13 @@ int main(int argc, char** argv) {
     game.BackupFolder((std::filesystem::path(folder) / "backup").string());
     game.CompileExtension(game.Extension());
 
-    // The cell two to the right and two below the top left corner becomes a wall of kind 1.
+    // The cell two to the right and two below the top left corner becomes a wall of kind 5.
     tessaro::clsGameMaps maps;
     if (!maps.Initialize())
         return 1;
     for (std::int32_t map = 0; map < maps.NumberOfMaps(); ++map)
-        std::cout << "Map " << map << ": " << maps.MapName(map) << "\n";
-    if (!maps.SetMapCode(0, 0, 2, 2, 1) || !maps.SaveMapFile())
+        std::cout << "Map " << map << ": " << maps.MapName(map).c_str() << "\n";
+    if (!maps.SetMapCode(0, 0, 2, 2, 5) || !maps.SaveMapFile())
         return 1;
 
     // A frame of colour 15 around the first wall. The pixels of its BMP image are its last 4096
@@ -54,7 +54,7 @@ int main(int argc, char** argv) {
     tessaro::ByteArray savedImage;
     const bool saved = savedMaps.Initialize() && savedMaps.LoadMap(0, planes, width, height) &&
                        savedPages.Initialize() && savedPages.LoadWall(0, savedImage) &&
-                       planes.Plane[0].Grid[static_cast<std::size_t>(2 * width + 2)] == 1 &&
+                       planes.Plane[0].Grid[static_cast<std::size_t>(2 * width + 2)] == 5 &&
                        savedImage == image;
     std::cout << (saved ? "Saved\n" : "The edit was lost\n");
     return saved ? 0 : 1;

@@ -10,11 +10,11 @@ $game.OutputFolder = $Folder
 $game.BackupFolder = Join-Path $Folder backup
 $game.CompileExtension = $game.Extension
 
-# The cell two to the right and two below the top left corner becomes a wall of kind 1.
+# The cell two to the right and two below the top left corner becomes a wall of kind 5.
 $maps = New-Object -ComObject Tessaro.clsGameMaps
 if (-not $maps.Initialize()) { throw 'The maps cannot be read' }
-for ($i = 0; $i -lt $maps.NumberOfMaps; $i++) { "Map ${i}: $($maps.MapName($i))" }
-if (-not $maps.SetMapCode(0, 0, 2, 2, 1)) { throw 'The cell cannot be changed' }
+for ($i = 0; $i -lt $maps.NumberOfMaps; $i++) { "Map ${i}: $($maps.MapName($i).TrimEnd([char] 0))" }
+if (-not $maps.SetMapCode(0, 0, 2, 2, 5)) { throw 'The cell cannot be changed' }
 if (-not $maps.SaveMapFile()) { throw 'The maps cannot be saved' }
 
 # A frame of colour 15 around the first wall. The pixels of its BMP image are its last 4096 bytes.

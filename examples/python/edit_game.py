@@ -24,12 +24,12 @@ def main(folder):
     game.BackupFolder = os.path.join(folder, "backup")
     game.CompileExtension = game.Extension
 
-    # The cell two to the right and two below the top left corner becomes a wall of kind 1.
+    # The cell two to the right and two below the top left corner becomes a wall of kind 5.
     maps = create("Tessaro.clsGameMaps")
     check(maps.Initialize(), "The maps cannot be read")
     for number in range(maps.NumberOfMaps):
-        print(f"Map {number}: {maps.MapName(number)}")
-    check(maps.SetMapCode(0, 0, 2, 2, 1), "The cell cannot be changed")
+        print(f"Map {number}: " + maps.MapName(number).rstrip("\0"))
+    check(maps.SetMapCode(0, 0, 2, 2, 5), "The cell cannot be changed")
     check(maps.SaveMapFile(), "The maps cannot be saved")
 
     # A frame of colour 15 around the first wall. The pixels of its BMP image are its last 4096

@@ -16,13 +16,13 @@ game.BackupFolder = folder & "\backup"
 game.CompileExtension = game.Extension
 game.VariantArrays = True     ' VBScript indexes arrays of variants only
 
-' The cell two to the right and two below the top left corner becomes a wall of kind 1.
+' The cell two to the right and two below the top left corner becomes a wall of kind 5.
 Set maps = CreateObject("Tessaro.clsGameMaps")
 If Not maps.Initialize() Then Quit "The maps cannot be read"
 For i = 0 To maps.NumberOfMaps - 1
-    WScript.Echo "Map " & i & ": " & maps.MapName(i)
+    WScript.Echo "Map " & i & ": " & Replace(maps.MapName(i), Chr(0), "")
 Next
-If Not maps.SetMapCode(0, 0, 2, 2, 1) Then Quit "The cell cannot be changed"
+If Not maps.SetMapCode(0, 0, 2, 2, 5) Then Quit "The cell cannot be changed"
 If Not maps.SaveMapFile() Then Quit "The maps cannot be saved"
 
 ' A frame of colour 15 around the first wall. The pixels of its BMP image are its last 4096 bytes.

@@ -1,6 +1,8 @@
 // The registered component under a scripting host.
 #include <windows.h>
 
+#include <utility>
+
 #include "automation/component_host.h"
 #include "support/sample_game.h"
 #include "tessaro/tessaro.h"
@@ -31,7 +33,7 @@ private:
 };
 
 /// Runs a program; its exit code, and its output in `output`.
-DWORD Run(std::string commandLine, const std::string& outputPath) {
+DWORD RunProgram(std::string commandLine, const std::string& outputPath) {
     SECURITY_ATTRIBUTES inherited{sizeof(inherited), nullptr, TRUE};
     const HANDLE output = CreateFileA(outputPath.c_str(), GENERIC_WRITE, FILE_SHARE_READ,
                                       &inherited, CREATE_ALWAYS, 0, nullptr);
@@ -93,20 +95,23 @@ TEST(Script, EditsTheSampleGame) {
         ASSERT_TRUE(pages.Initialize() && pages.LoadWall(0, wallBefore) &&
                     pages.LoadSprite(0, spriteBefore));
         for (std::int32_t map = 0; map < maps.NumberOfMaps(); ++map)
-            expected += "Map " + std::to_string(map) + ": " + maps.MapName(map) + "\r\n";
+            expected += "Map " + std::to_string(map) + ": " + maps.MapName(map).c_str() + "\r\n";
     }
     expected += "Map 0 is " + std::to_string(width) + " x " + std::to_string(height) +
-                ", its cell (2, 2) is 1\r\nWall 0 begins with the colours 15 and 15\r\n";
-    before.Plane[0].Grid[static_cast<std::size_t>(2 * width + 2)] = 1;
+                ", its cell (2, 2) is 5\r\nWall 0 begins with the colours 15 and 15\r\n";
+    std::int32_t& cell = before.Plane[0].Grid[static_cast<std::size_t>(2 * width + 2)];
+    ASSERT_NE(std::exchange(cell, 5), 5);
     for (std::size_t i = 0; i < 64; ++i) {
         std::uint8_t* pixels = wallBefore.data() + wallBefore.size() - 4096;
         pixels[i] = pixels[63 * 64 + i] = pixels[i * 64] = pixels[i * 64 + 63] = 15;
     }
 
-    EXPECT_EQ(Run("cscript //nologo \"" TESSARO_EXAMPLES_FOLDER "/vbscript/edit_game.vbs\" \"" +
-                      folder.Path() + "\"",
-                  folder.File("output.txt")),
-              0U);
+    char script[MAX_PATH] = "";  // with a drive: what begins with a slash is an option
+    GetFullPathNameA(TESSARO_EXAMPLES_FOLDER "/vbscript/edit_game.vbs", MAX_PATH, script, nullptr);
+    EXPECT_EQ(
+        RunProgram("cscript //nologo \"" + std::string(script) + "\" \"" + folder.Path() + "\"",
+                   folder.File("output.txt")),
+        0U);
     const ByteArray output = folder.Read("output.txt");
     EXPECT_EQ(std::string(output.begin(), output.end()), expected);
 
