@@ -71,7 +71,7 @@ void Run(const Edit& edit, Change change, bool adds) {
 }
 
 CLI::App* AddEdit(CLI::App& map, const char* name, const char* help, Change change,
-                  std::shared_ptr<Edit> edit, bool adds = false) {
+                  const std::shared_ptr<Edit>& edit, bool adds = false) {
     CLI::App* command = map.add_subcommand(name, help);
     AddFolder(*command, edit->folder);
     CLI::Option* number = command->add_option(

@@ -152,7 +152,9 @@ std::int32_t clsVSwap::NumberOfChunks() const {
 void clsVSwap::LoadChunk(std::int32_t ChunkNum, ByteArray& Data) {
     Guarded("clsVSwap.LoadChunk", [&] {
         ByteArray bytes = self_->index.Read(ChunkNum);
-        Data = bytes.empty() ? kNoData : std::move(bytes);
+        if (bytes.empty())
+            bytes = kNoData;
+        Data = std::move(bytes);
     });
 }
 
