@@ -422,6 +422,7 @@ TEST_F(VSwapExtra, TheSoundThatItsListReplacedIsKeptAsFarAsItIsThere) {
         ASSERT_TRUE(set_.SaveVSwap(vcNone)) << row.list;
         EXPECT_TRUE(Reread() == items) << row.list;
 
+        set_.CloseFile();
         DeleteFileAt(folder_.File("AUDIOMUS.TST"));
         const std::vector<ByteArray> own = Reread();
         ASSERT_EQ(own.size(), 2u);

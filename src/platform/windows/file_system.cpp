@@ -44,8 +44,15 @@ std::string FullPath(const std::string& path) {
 }  // namespace
 
 std::string ResolveCase(const std::string& path) {
-    return path;
-}  // the system does it
+    if (path.find_first_of("*?") != std::string::npos)  // would be a pattern
+        return path;
+    WIN32_FIND_DATAA entry{};
+    const HANDLE search = FindFirstFileA(path.c_str(), &entry);
+    if (search == INVALID_HANDLE_VALUE)
+        return path;
+    FindClose(search);
+    return path.substr(0, LastSeparator(path) + 1) + entry.cFileName;  // npos + 1 is 0
+}
 
 bool SameFile(const std::string& a, const std::string& b) {
     const std::string fullA = FullPath(a), fullB = FullPath(b);
