@@ -119,6 +119,9 @@ private:
             if (host.SaveStatus)
                 host.SaveStatus(static_cast<std::int32_t>(map + 1),
                                 static_cast<std::int32_t>(count));
+            if (self.maps.size() != count)  // by the event's handler
+                throw Failure(kInvalidProcedureCall,
+                              "Maps were added or removed while they were being saved.  Aborting.");
         }
         ByteWriter closing;
         closing.Text(kMarker);

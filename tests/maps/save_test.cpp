@@ -159,6 +159,22 @@ TEST_F(MapSave, KeepsTheOldFilesWhenANameIsTooLong) {
     EXPECT_EQ(maps_.MapName(1), "Seven");
 }
 
+TEST_F(MapSave, StopsWhenAHandlerChangesTheListOfMaps) {
+    for (const std::int32_t at : {1, 2}) {
+        maps_.SaveStatus = [&](std::int32_t chunk, std::int32_t) {
+            if (chunk == at)
+                maps_.RemoveMap(1);
+        };
+        EXPECT_FALSE(maps_.SaveMapFile());
+        EXPECT_EQ(events_.back(), "failed");
+        EXPECT_EQ(folder_.Read("GAMEMAPS.TST"), test::SmallData());
+        EXPECT_EQ(folder_.Read("MAPHEAD.TST"), test::SmallHeader());
+        maps_.SaveStatus = nullptr;
+        maps_.CloseFile();
+        ASSERT_TRUE(maps_.Initialize());
+    }
+}
+
 TEST_F(MapSave, RefusesWhatWouldNotReadBack) {
     struct Row {
         const char* name;
