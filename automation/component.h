@@ -94,11 +94,14 @@ public:
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
         return Boundary([&] { Check(Members()->GetIDsOfNames(names, count, ids)); });
     }
-    STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* parameters,
+    STDMETHODIMP Invoke(DISPID member, REFIID reserved, LCID, WORD flags, DISPPARAMS* parameters,
                         VARIANT* result, EXCEPINFO* exception, UINT* badArgument) override {
         return Boundary([&] {
-            Check(InvokeMember(Members(), static_cast<Interface*>(this), member, flags, parameters,
-                               result, exception, badArgument));
+            if (reserved != IID_NULL)
+                throw Refusal{DISP_E_UNKNOWNINTERFACE};
+            const Reference<Interface> alive = Alive();
+            Check(InvokeMember(Members(), alive.Get(), member, flags, parameters, result, exception,
+                               badArgument));
         });
     }
 
@@ -160,6 +163,7 @@ private:
     template <class... Inner, class Operation, class Result, class... Outer>
     HRESULT Run(Operation operation, Result* result, Outer... outer) noexcept {
         return Boundary([&] {
+            const Reference<Interface> alive = Alive();
             if constexpr (!std::is_void_v<Result>)
                 Required(result);
             std::tuple<Crossing<Inner, Outer>...> arguments(outer...);
@@ -179,6 +183,12 @@ private:
                 },
                 arguments);
         });
+    }
+
+    /// Held while a member runs: a host may drop its last reference in an event or under a box.
+    Reference<Interface> Alive() {
+        AddRef();
+        return Reference<Interface>(this);
     }
 
     ITypeInfo* Members() {
@@ -201,7 +211,7 @@ public:
             events_.Raise(kSaveStatus, {EventArgument(chunk), EventArgument(total)});
         };
         this->library_.SaveError = [this](std::int32_t chunk, const auto& what) {
-            RaiseError(chunk, what);
+            this->RaiseError(chunk, what);
         };
         this->library_.SaveComplete = [this](bool success) {
             events_.Raise(kSaveComplete, {EventArgument(success)});

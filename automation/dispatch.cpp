@@ -2,6 +2,8 @@
 
 #include <oleauto.h>
 
+#include <cstring>
+#include <utility>
 #include <vector>
 
 #include "marshal.h"
@@ -62,15 +64,47 @@ VARIANT& Variable(VARIANT& argument) {
     return *variable;
 }
 
+/// The size of a number or text that a reference of this type leads to; 0 for other types.
+std::size_t SizeBehind(VARTYPE reference) {
+    switch (reference & ~VT_BYREF) {
+        case VT_I1:
+        case VT_UI1:
+            return 1;
+        case VT_I2:
+        case VT_UI2:
+        case VT_BOOL:
+            return 2;
+        case VT_I4:
+        case VT_UI4:
+        case VT_INT:
+        case VT_UINT:
+        case VT_R4:
+            return 4;
+        case VT_I8:
+        case VT_UI8:
+        case VT_R8:
+        case VT_CY:
+        case VT_DATE:
+            return 8;
+        case VT_BSTR:
+            return sizeof(BSTR);
+        default:
+            return 0;
+    }
+}
+
 /// Makes `argument` a reference to a temporary of the type `wanted`.
 void Redirect(VARIANT& argument, VARTYPE wanted, Detour& detour) {
     VARIANT& source = Variable(argument);
-    if (wanted != VT_VARIANT)
+    if (wanted != VT_VARIANT) {
+        if ((source.vt & VT_BYREF) && SizeBehind(source.vt) == 0)
+            throw Refusal{DISP_E_TYPEMISMATCH};
         Check(VariantChangeType(&*detour.temporary, &source, 0, wanted));
-    else if (source.vt & VT_BYREF)
+    } else if (source.vt & VT_BYREF) {
         *detour.temporary = source;  // the operation writes through it
-    else
+    } else {
         Check(VariantCopy(&*detour.temporary, &source));
+    }
     detour.isTemporary = true;
     argument.vt = static_cast<VARTYPE>(VT_BYREF | wanted);
     argument.byref =
@@ -89,31 +123,13 @@ void Return(Detour& detour) {
         variable = detour.temporary.Release();
         return;
     }
-    const VARTYPE type = variable.vt & VT_TYPEMASK;
+    const VARTYPE type = variable.vt & ~VT_BYREF;
     Variant converted;
     Check(VariantChangeType(&*converted, &*detour.temporary, 0, type));
-    switch (type) {
-        case VT_UI1:
-            *variable.pbVal = converted->bVal;
-            break;
-        case VT_I2:
-            *variable.piVal = converted->iVal;
-            break;
-        case VT_BOOL:
-            *variable.pboolVal = converted->boolVal;
-            break;
-        case VT_INT:
-        case VT_UINT:
-        case VT_UI4:
-        case VT_I4:
-            *variable.plVal = converted->lVal;
-            break;
-        case VT_R8:
-            *variable.pdblVal = converted->dblVal;
-            break;
-        default:
-            throw Refusal{DISP_E_TYPEMISMATCH};
-    }
+    if (type == VT_BSTR)
+        std::swap(*variable.pbstrVal, converted->bstrVal);  // the old text goes with `converted`
+    else
+        std::memcpy(variable.byref, &converted->bVal, SizeBehind(type));
 }
 
 }  // namespace
@@ -125,10 +141,14 @@ HRESULT InvokeMember(ITypeInfo* info, void* object, DISPID member, WORD flags,
     const UINT count = Required(parameters)->cArgs;
     std::vector<VARIANT> arguments(parameters->rgvarg, parameters->rgvarg + count);
     std::vector<Detour> detours(count);
-    const bool named = parameters->cNamedArgs > 0;  // a put's value, which is never a reference
-    for (UINT slot = 0; slot < count && !named; ++slot) {
+    for (UINT slot = 0; slot < count; ++slot) {
         VARIANT& argument = arguments[slot];
-        const VARTYPE wanted = description.ReferredType(count - 1 - slot);
+        // Named arguments come first, each with its position; a put's value, whose name is no
+        // position, is never a reference. The others stand last to first.
+        const UINT position = slot < parameters->cNamedArgs
+                                  ? static_cast<UINT>(parameters->rgdispidNamedArgs[slot])
+                                  : count - 1 - slot;
+        const VARTYPE wanted = description.ReferredType(position);
         detours[slot].original = argument;
         if (wanted == VT_EMPTY || argument.vt == (VT_BYREF | wanted) || argument.vt == VT_ERROR)
             continue;

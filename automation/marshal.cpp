@@ -194,31 +194,41 @@ void FromVariant(const VARIANT& source, std::string& text) {
     text = TextFrom(converted->bstrVal);
 }
 
-VARIANT* Receiver(VARIANT* target) {
+VARIANT* Receiver(VARIANT* target, VARTYPE wanted) {
     while (target->vt == (VT_BYREF | VT_VARIANT))
         target = Required(target->pvarVal);
-    const bool refersToScalar =
-        (target->vt & VT_BYREF) && !(target->vt & VT_ARRAY) && target->vt != (VT_BYREF | VT_I4);
-    if (refersToScalar)
+    if (!(target->vt & VT_BYREF))
+        return target;
+    const VARTYPE type = target->vt & ~VT_BYREF;
+    const bool holdsVariants = type == (VT_ARRAY | VT_VARIANT) && wanted != VT_I4;
+    if (type != wanted && !holdsVariants)
         throw Refusal{DISP_E_TYPEMISMATCH};
+    if (type & VT_ARRAY) {
+        // An array of fixed size lies within the host's own variables.
+        constexpr USHORT kKept = FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE;
+        const SAFEARRAY* array = *Required(target->pparray);
+        if (array && (array->fFeatures & kKept))
+            throw Refusal{DISP_E_TYPEMISMATCH};
+    }
     return target;
 }
 
 bool WantsVariants(const VARIANT* receiver) {
-    return receiver->vt == (VT_BYREF | VT_ARRAY | VT_VARIANT);
+    return receiver->vt & VT_BYREF ? receiver->vt == (VT_BYREF | VT_ARRAY | VT_VARIANT)
+                                   : VariantArrays();
 }
 
 void HandOver(VARIANT* receiver, Variant&& value) {
     if (!(receiver->vt & VT_BYREF)) {
         Check(VariantClear(receiver));
         *receiver = value.Release();
-        return;
-    }
-    if (receiver->vt != (VT_BYREF | value->vt))
-        throw Refusal{DISP_E_TYPEMISMATCH};
-    if (receiver->vt & VT_ARRAY) {
+    } else if (receiver->vt & VT_ARRAY) {
         Check(SafeArrayDestroy(*receiver->pparray));
         *receiver->pparray = value.Release().parray;
+    } else if (receiver->vt == (VT_BYREF | VT_RECORD)) {
+        if (!Required(receiver->pRecInfo)->IsMatchingType(value->pRecInfo))
+            throw Refusal{DISP_E_TYPEMISMATCH};
+        Check(receiver->pRecInfo->RecordCopy(value->pvRecord, receiver->pvRecord));
     } else {
         *receiver->plVal = value->lVal;
     }

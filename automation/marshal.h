@@ -82,13 +82,28 @@ void FromVariant(const VARIANT& variant, ByteArray& bytes);
 void FromVariant(const VARIANT& variant, std::vector<std::int32_t>& numbers);
 void FromVariant(const VARIANT& variant, std::string& text);
 
-/// What an [in, out] variant of the host is, underneath: the variant that receives the item. A
-/// reference to something that cannot receive `vartype` (an array kind or VT_RECORD) is refused.
-VARIANT* Receiver(VARIANT* target);
+/// What an [in, out] variant of the host is, underneath: the variant that receives an item of the
+/// type `wanted` (VT_ARRAY with an element type, VT_RECORD or VT_I4). A plain variant receives
+/// anything. A reference is refused, before the operation runs, where it leads to anything but an
+/// item of that type or an array of variants, or to an array that cannot be replaced.
+VARIANT* Receiver(VARIANT* target, VARTYPE wanted);
 /// Puts `value` into a receiver: replaces a plain variant's content, or what it refers to.
 void HandOver(VARIANT* receiver, Variant&& value);
-/// Whether the receiver wants variants whatever the setting says: it refers to an array of them.
+/// Whether the receiver takes arrays of variants: a reference as its type says, a plain variant as
+/// the setting says.
 bool WantsVariants(const VARIANT* receiver);
+
+/// What an item is handed out as.
+template <class Item>
+inline constexpr VARTYPE kHandedOutAs = VT_ARRAY | VT_VARIANT;
+template <>
+inline constexpr VARTYPE kHandedOutAs<ByteArray> = VT_ARRAY | VT_UI1;
+template <>
+inline constexpr VARTYPE kHandedOutAs<std::vector<std::int32_t>> = VT_ARRAY | VT_I4;
+template <>
+inline constexpr VARTYPE kHandedOutAs<std::vector<std::string>> = VT_ARRAY | VT_BSTR;
+template <>
+inline constexpr VARTYPE kHandedOutAs<typSpriteHead> = VT_RECORD;
 
 // ---- results -----------------------------------------------------------------------------------
 
@@ -185,11 +200,11 @@ private:
 template <class T>
 class Crossing<T&, VARIANT*> {
 public:
-    explicit Crossing(VARIANT* outer) : receiver_(Receiver(Required(outer))) {}
+    explicit Crossing(VARIANT* outer) : receiver_(Receiver(Required(outer), kHandedOutAs<T>)) {}
     T& Inner() { return value_; }
     void HandBack(bool succeeded) {
         if (succeeded || HoldsSomething())
-            HandOver(receiver_, ToVariant(value_, VariantArrays() || WantsVariants(receiver_)));
+            HandOver(receiver_, ToVariant(value_, WantsVariants(receiver_)));
     }
 
 private:
@@ -211,7 +226,7 @@ class Crossing<T*, VARIANT*> {
 public:
     explicit Crossing(VARIANT* outer) {
         if (outer && outer->vt != VT_ERROR)  // VT_ERROR: the host left the argument out
-            receiver_ = Receiver(outer);
+            receiver_ = Receiver(outer, VT_I4);
     }
     T* Inner() { return receiver_ ? &value_ : nullptr; }
     void HandBack(bool succeeded) {

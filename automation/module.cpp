@@ -87,6 +87,11 @@ STDAPI DllGetClassObject(REFCLSID id, REFIID iid, void** object) {
             throw Refusal{CLASS_E_CLASSNOTAVAILABLE};
         const Reference<Factory> factory(new Factory(*found));
         Check(factory->QueryInterface(iid, object));
+        // What the library keeps for each thread is let go when the thread ends, by code of this
+        // DLL; so it stays once it was used, even where every host has let go of it.
+        HMODULE self = nullptr;
+        GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                           reinterpret_cast<LPCWSTR>(&DllGetClassObject), &self);
     });
 }
 
@@ -110,8 +115,9 @@ STDAPI DllRegisterServer() {
 /// Removes whatever registration there is, the user's and the machine's.
 STDAPI DllUnregisterServer() {
     return Boundary([] {
-        UnregisterComponent(RegistrationScope::User);
-        UnregisterComponent(RegistrationScope::Machine);
+        const HRESULT user = UnregisterComponent(RegistrationScope::User);
+        Check(UnregisterComponent(RegistrationScope::Machine));
+        Check(user);
     });
 }
 
@@ -121,6 +127,9 @@ STDAPI DllInstall(BOOL install, LPCWSTR commandLine) {
         const bool user =
             commandLine && CompareStringOrdinal(commandLine, -1, L"user", -1, TRUE) == CSTR_EQUAL;
         const auto scope = user ? RegistrationScope::User : RegistrationScope::Machine;
-        install ? RegisterComponent(scope) : UnregisterComponent(scope);
+        if (install)
+            RegisterComponent(scope);
+        else
+            Check(UnregisterComponent(scope));
     });
 }

@@ -1,4 +1,6 @@
-// The records of the type library: filled as themselves, or as arrays of their fields.
+// The records: a plain one as itself, or as an array of its fields; one that holds arrays always as
+// an array of its fields, since few hosts can take such a record, and not every system can copy and
+// clear it.
 #include "marshal.h"
 #include "tessaro_com.h"
 #include "type_library.h"
@@ -45,18 +47,6 @@ std::vector<T> ToVector(const std::array<T, N>& values) {
     return {values.begin(), values.end()};
 }
 
-SAFEARRAY* CharRecords(const typFont& font) {
-    Reference<IRecordInfo> info = RecordInfo(L"typChar");
-    SAFEARRAYBOUND bound{static_cast<ULONG>(font.Chars.size()), 0};
-    SAFEARRAY* array = SafeArrayCreateEx(VT_RECORD, 1, &bound, info.Get());
-    if (!array)
-        throw Refusal{E_OUTOFMEMORY};
-    auto* record = static_cast<::typChar*>(array->pvData);
-    for (const typChar& character : font.Chars)
-        (record++)->Points = ToVariant(character.Points, false).Release().parray;
-    return array;
-}
-
 }  // namespace
 
 Variant ToVariant(const typSpriteHead& head, bool asVariants) {
@@ -72,23 +62,15 @@ Variant ToVariant(const typSpriteHead& head, bool asVariants) {
 }
 
 Variant ToVariant(const typFont& font, bool asVariants) {
-    if (asVariants) {
-        std::vector<Variant> characters;
-        for (const typChar& character : font.Chars)
-            characters.push_back(ToVariant(character.Points, true));
-        std::vector<Variant> fields;
-        fields.push_back(Field(font.Height));
-        fields.push_back(ToVariant(ToVector(font.Offsets), true));
-        fields.push_back(ToVariant(ToVector(font.Widths), true));
-        fields.push_back(ArrayOfFields(std::move(characters)));
-        return ArrayOfFields(std::move(fields));
-    }
-    auto [variant, record] = NewRecord<::typFont>(L"typFont");
-    record->Height = font.Height;
-    record->Offsets = ToVariant(ToVector(font.Offsets), false).Release().parray;
-    record->Widths = ToVariant(ToVector(font.Widths), false).Release().parray;
-    record->Chars = CharRecords(font);
-    return std::move(variant);
+    std::vector<Variant> characters;
+    for (const typChar& character : font.Chars)
+        characters.push_back(ToVariant(character.Points, asVariants));
+    std::vector<Variant> fields;
+    fields.push_back(Field(font.Height));
+    fields.push_back(ToVariant(ToVector(font.Offsets), asVariants));
+    fields.push_back(ToVariant(ToVector(font.Widths), asVariants));
+    fields.push_back(ArrayOfFields(std::move(characters)));
+    return ArrayOfFields(std::move(fields));
 }
 
 }  // namespace tessaro::automation

@@ -101,6 +101,17 @@ void RegisterClass(HKEY root, const CreatableClass& creatable, const std::wstrin
         .Set(nullptr, VersionedProgId(creatable));
 }
 
+/// 32-bit and 64-bit programs see classes of their own, but the same ProgIDs.
+bool IsRegisteredForOtherArchitecture(HKEY root, const CreatableClass& creatable) {
+    constexpr REGSAM kOtherView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(root, ClassKey(creatable).c_str(), 0, KEY_READ | kOtherView, &key) !=
+        ERROR_SUCCESS)
+        return false;
+    RegCloseKey(key);
+    return true;
+}
+
 }  // namespace
 
 void RegisterComponent(RegistrationScope scope) {
@@ -118,17 +129,28 @@ void RegisterComponent(RegistrationScope scope) {
     }
 }
 
-void UnregisterComponent(RegistrationScope scope) {
+HRESULT UnregisterComponent(RegistrationScope scope) {
+    const HKEY root = Root(scope);
+    HRESULT outcome = S_OK;
+    const auto remove = [&](const std::wstring& key) {
+        const LSTATUS status = RegDeleteTreeW(root, key.c_str());
+        if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND && SUCCEEDED(outcome))
+            outcome = HRESULT_FROM_WIN32(static_cast<DWORD>(status));
+    };
     for (const CreatableClass& creatable : CreatableClasses()) {
-        RegDeleteTreeW(Root(scope), ClassKey(creatable).c_str());
-        RegDeleteTreeW(Root(scope), (kClassesKey + ProgId(creatable)).c_str());
-        RegDeleteTreeW(Root(scope), (kClassesKey + VersionedProgId(creatable)).c_str());
+        remove(ClassKey(creatable));
+        if (IsRegisteredForOtherArchitecture(root, creatable))
+            continue;
+        remove(kClassesKey + ProgId(creatable));
+        remove(kClassesKey + VersionedProgId(creatable));
     }
     const TLIBATTR library = LibraryAttributes();
     const auto unregister =
         scope == RegistrationScope::Machine ? UnRegisterTypeLib : UnRegisterTypeLibForUser;
+    // It fails where there was nothing to remove, too.
     unregister(library.guid, library.wMajorVerNum, library.wMinorVerNum, library.lcid,
                library.syskind);
+    return outcome;
 }
 
 }  // namespace tessaro::automation

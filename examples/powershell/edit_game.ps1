@@ -3,6 +3,7 @@
 param([Parameter(Mandatory)] [string] $Folder)
 $ErrorActionPreference = 'Stop'
 $vcGood = 2
+$Folder = (Resolve-Path $Folder).ProviderPath  # the component knows nothing of the shell's location
 
 $game = New-Object -ComObject Tessaro.clsVersion
 if (-not $game.LoadDataPath($Folder)) { throw "No game in $Folder" }

@@ -112,6 +112,8 @@ STDMETHODIMP RecordingSink::Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS*
         line += ' ' + std::string(text.bstrVal, text.bstrVal + SysStringLen(text.bstrVal));
     }
     seen.push_back(line);
+    if (onEvent)
+        onEvent();
     return S_OK;
 }
 

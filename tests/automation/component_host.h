@@ -5,6 +5,7 @@
 
 #include <ocidl.h>
 
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <utility>
@@ -115,6 +116,7 @@ public:
     explicit RecordingSink(REFIID events) : events_(events) {}
     virtual ~RecordingSink() = default;
     std::vector<std::string> seen;
+    std::function<void()> onEvent;
 
     STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
     STDMETHODIMP_(ULONG) AddRef() override { return 2; }

@@ -2,12 +2,12 @@
 // two share nothing, so that each answers for itself.
 #include <olectl.h>
 
-#include "automation/component_host.h"
+#include <future>
+#include <thread>
+
+#include "automation/component_fixture.h"
 #include "automation/windows_visitor.h"
-#include "support/support.h"
-#include "tessaro/audio_t.h"
 #include "tessaro/palette.h"
-#include "tessaro/version.h"
 
 namespace tessaro {
 namespace {
@@ -17,32 +17,13 @@ using test::ByReference;
 using test::Bytes;
 using test::BytesOf;
 using test::Call;
+using test::Component;
 using test::Create;
 using test::Hex;
-using test::NumbersOf;
 using test::Ref;
 using test::ScriptArray;
 using test::Text;
 using test::Var;
-
-class Component : public testing::Test {
-protected:
-    void SetUp() override {
-        version = Create<IVersion>(L"Tessaro.clsVersion");
-        ASSERT_NE(version.Get(), nullptr);
-        version->put_AppPath(Text(folder.Path()));
-    }
-
-    HRESULT UnloadNow() {
-        const auto canUnload = reinterpret_cast<HRESULT(WINAPI*)()>(reinterpret_cast<void*>(
-            GetProcAddress(GetModuleHandleA("tessaro.dll"), "DllCanUnloadNow")));
-        return canUnload();
-    }
-
-    test::TempFolder folder;
-    test::ComponentScope component;
-    Ref<IVersion> version;
-};
 
 TEST_F(Component, EveryClassIsCreatedUnderBothProgIDsAndDescribesItself) {
     const struct {
@@ -100,8 +81,26 @@ TEST_F(Component, SettingsAreSharedByTheThreadsObjectsAlone) {
         EXPECT_EQ(other->get_BackupFolder(empty.Out()), S_OK);
         EXPECT_EQ(empty.Ascii(), "");
     }).join();
-    // What the library was left with, not what the component's settings became.
-    EXPECT_EQ(clsVersion().BackupFolder(), "");
+    EXPECT_EQ(clsVersion().BackupFolder(), "") << "the library beside it has its own";
+}
+
+TEST_F(Component, AThreadMayEndAfterEveryHostLetGo) {
+    std::promise<void> used, gone;
+    std::thread worker([&] {
+        {
+            test::ComponentScope apartment;
+            Create<IVersion>(L"Tessaro.clsVersion")->put_BackupFolder(Text(folder.Path()));
+        }
+        used.set_value();
+        gone.get_future().wait();  // its settings are let go as it ends
+    });
+    used.get_future().wait();
+    version.Reset();
+    CoFreeUnusedLibrariesEx(0, 0);
+    gone.set_value();
+    worker.join();
+    EXPECT_NE(GetModuleHandleA("tessaro.dll"), nullptr);
+    EXPECT_NE(Create<IVersion>(L"Tessaro.clsVersion").Get(), nullptr);
 }
 
 TEST_F(Component, ArraysCrossAsBytesOrAsVariants) {
@@ -134,13 +133,18 @@ TEST_F(Component, ArraysCrossAsBytesOrAsVariants) {
     EXPECT_EQ(element[5].vt, VT_UI1);
     EXPECT_EQ(element[5].bVal, 35);
 
-    // A host's typed array variable is replaced in place.
+    // A host's typed array variable is replaced in place, whatever the setting.
     Var variable = Bytes(Hex("01"));
     VARIANT reference;
     reference.vt = VT_BYREF | VT_ARRAY | VT_UI1;
     reference.pparray = &variable.parray;
-    palette->CreatePaletteFileData(::ptXWE, Bytes(colors), &reference, &done);
-    EXPECT_EQ(BytesOf(variable), colors);
+    for (const VARIANT_BOOL variants : {VARIANT_FALSE, VARIANT_TRUE}) {
+        version->put_VariantArrays(variants);
+        EXPECT_EQ(palette->CreatePaletteFileData(::ptXWE, Bytes(colors), &reference, &done), S_OK);
+        EXPECT_EQ(BytesOf(variable), colors);
+        ++colors[0];
+    }
+    version->put_VariantArrays(VARIANT_FALSE);
 }
 
 TEST_F(Component, BadArgumentsAreRefusedAndChangeNothing) {
@@ -179,11 +183,24 @@ TEST_F(Component, BadArgumentsAreRefusedAndChangeNothing) {
     EXPECT_TRUE(visitor.Wait());
     EXPECT_EQ(done, VARIANT_FALSE);
     EXPECT_EQ(BytesOf(out), Hex("01 02"));
-    VARIANT number;
+    // What cannot receive the bytes is refused before the operation would show its box.
     LONG storage = 5;
-    number.vt = VT_BYREF | VT_R8;
-    number.plVal = &storage;
-    EXPECT_EQ(palette->CreatePaletteFileData(::ptXWE, out, &number, &done), DISP_E_TYPEMISMATCH);
+    Var numbers;
+    numbers.parray = SafeArrayCreateVector(VT_I2, 0, 3);
+    numbers.vt = VT_ARRAY | VT_I2;
+    SAFEARRAY array{1, FADF_AUTO | FADF_FIXEDSIZE, 1, 0, nullptr, {{0, 0}}};
+    SAFEARRAY* arrays[] = {numbers.parray, &array};
+    VARIANT receivers[4];
+    receivers[0].vt = VT_BYREF | VT_R8;
+    receivers[0].plVal = receivers[1].plVal = &storage;
+    receivers[1].vt = VT_BYREF | VT_I4;
+    receivers[2].vt = VT_BYREF | VT_ARRAY | VT_I2;
+    receivers[2].pparray = &arrays[0];
+    receivers[3].vt = VT_BYREF | VT_ARRAY | VT_UI1;
+    receivers[3].pparray = &arrays[1];
+    for (VARIANT& receiver : receivers)
+        EXPECT_EQ(palette->CreatePaletteFileData(::ptXWE, Bytes(Hex("00")), &receiver, &done),
+                  DISP_E_TYPEMISMATCH);
     EXPECT_EQ(Call(palette.Get(), L"NoSuchMember", {}, nullptr), DISP_E_UNKNOWNNAME);
     EXPECT_EQ(Call(palette.Get(), L"Color", {}, nullptr, DISPATCH_PROPERTYGET),
               DISP_E_BADPARAMCOUNT);
@@ -220,132 +237,6 @@ TEST_F(Component, ScriptsReadAndWriteThroughVariables) {
               S_OK);
     EXPECT_EQ(BytesOf(without), BytesOf(read));
     EXPECT_EQ(Call(palette.Get(), L"LoadPalette", {}, nullptr), S_OK);
-}
-
-/// Seven chunks: effects, placeholders, three songs.
-constexpr const char* kAudioHeader =
-    "00000000 08000000 10000000 10000000 10000000 14000000 1C000000 22000000";
-constexpr const char* kAudioData = "EFFECT-0EFFECT-1!ID!SONG-ONESONG2!";
-
-class ComponentAudio : public Component {
-protected:
-    void SetUp() override {
-        Component::SetUp();
-        const std::string header = folder.Write("AUDIOHED.TST", Hex(kAudioHeader));
-        const std::string data = folder.Write("AUDIOT.TST", Ascii(kAudioData));
-        folder.MakeFolder("direct");
-        clsVersion direct;
-        direct.AudioHeaderFile(header);
-        direct.AudioDataFile(data);
-        direct.CompileExtension("TST");
-        direct.OutputFolder(folder.File("direct"));
-        direct.BackupFolder(folder.File("backup"));
-        folder.MakeFolder("component");
-        version->put_AudioHeaderFile(Text(header));
-        version->put_AudioDataFile(Text(data));
-        version->put_CompileExtension(Text(std::string("TST")));
-        version->put_OutputFolder(Text(folder.File("component")));
-        version->put_BackupFolder(Text(folder.File("backup")));
-        audio = Create<IAudioT>(L"Tessaro.clsAudioT");
-        ASSERT_EQ(audio->InitializeMusic(&done), S_OK);
-        ASSERT_EQ(done, VARIANT_TRUE);
-    }
-
-    Ref<IAudioT> audio;
-    VARIANT_BOOL done = VARIANT_FALSE;
-};
-
-TEST_F(ComponentAudio, SavesWhatTheLibrarySavesAndRaisesItsEvents) {
-    clsAudioT direct;
-    ASSERT_TRUE(direct.InitializeMusic());
-    std::vector<std::string> expected;
-    direct.SaveStatus = [&](std::int32_t chunk, std::int32_t total) {
-        expected.push_back("SaveStatus " + std::to_string(chunk) + " " + std::to_string(total));
-    };
-    direct.SaveComplete = [&](bool success) {
-        expected.push_back(success ? "SaveComplete True" : "SaveComplete False");
-    };
-
-    for (LONG chunk = 0; chunk < direct.NumberOfChunks(); ++chunk) {
-        ByteArray bytes;
-        std::int32_t size = 0;
-        direct.LoadChunk(chunk, bytes, size);
-        Var out;
-        LONG outSize = -1;
-        ASSERT_EQ(audio->LoadChunk(chunk, &out, &outSize, &done), S_OK);
-        EXPECT_EQ(BytesOf(out), bytes);
-        EXPECT_EQ(outSize, size);
-    }
-
-    direct.SetChunkData(5, Ascii("A LONGER SONG"));
-    ASSERT_EQ(audio->SetChunkData(5, Bytes(Ascii("A LONGER SONG"))), S_OK);
-    ASSERT_TRUE(direct.SaveAudioT());
-    test::RecordingSink sink(__uuidof(ISaveEvents));
-    {
-        const test::Connection connection(audio.Get(), sink, __uuidof(ISaveEvents));
-        ASSERT_EQ(audio->SaveAudioT(&done), S_OK);
-    }
-    EXPECT_EQ(done, VARIANT_TRUE);
-    EXPECT_EQ(sink.seen, expected);
-    ASSERT_FALSE(expected.empty());
-    EXPECT_EQ(expected.back(), "SaveComplete True");
-    for (const char* file : {"AUDIOHED.TST", "AUDIOT.TST"})
-        EXPECT_EQ(folder.Read(std::string("component\\") + file),
-                  folder.Read(std::string("direct\\") + file));
-
-    ASSERT_EQ(audio->SaveAudioT(&done), S_OK);
-    EXPECT_EQ(sink.seen, expected) << "disconnected";
-}
-
-TEST_F(ComponentAudio, EventsAreEnumeratedAndConnectedByTheirInterface) {
-    Ref<IConnectionPointContainer> container;
-    ASSERT_EQ(audio->QueryInterface(__uuidof(IConnectionPointContainer), container.Out()), S_OK);
-    Ref<IEnumConnectionPoints> points;
-    container->EnumConnectionPoints(reinterpret_cast<IEnumConnectionPoints**>(points.Out()));
-    Ref<IConnectionPoint> point;
-    ULONG fetched = 0;
-    ASSERT_EQ(points->Next(1, reinterpret_cast<IConnectionPoint**>(point.Out()), &fetched), S_OK);
-    IID events{};
-    point->GetConnectionInterface(&events);
-    EXPECT_EQ(events, __uuidof(ISaveEvents));
-    Ref<IConnectionPoint> none;
-    EXPECT_EQ(points->Next(1, reinterpret_cast<IConnectionPoint**>(none.Out()), nullptr), S_FALSE);
-
-    test::RecordingSink sink(__uuidof(ISaveEvents));
-    const test::Connection connection(audio.Get(), sink, __uuidof(ISaveEvents));
-    Ref<IEnumConnections> connections;
-    point->EnumConnections(reinterpret_cast<IEnumConnections**>(connections.Out()));
-    CONNECTDATA found{};
-    ASSERT_EQ(connections->Next(1, &found, nullptr), S_OK);
-    EXPECT_EQ(found.pUnk, &sink);
-    EXPECT_EQ(point->Unadvise(found.dwCookie + 1), CONNECT_E_NOCONNECTION);
-    EXPECT_EQ(container->FindConnectionPoint(__uuidof(IVSwapEvents),
-                                             reinterpret_cast<IConnectionPoint**>(none.Out())),
-              CONNECT_E_NOCONNECTION);
-    EXPECT_EQ(container->EnumConnectionPoints(nullptr), E_POINTER);
-}
-
-TEST_F(ComponentAudio, AFailureIsReportedAndNothingThrownLeavesTheDll) {
-    Var out = Bytes(Hex("07"));
-    LONG size = 9;
-    test::Visitor visitor(L"clsAudioT.LoadChunk Error", [](HWND box) { test::Press(box, IDOK); });
-    EXPECT_EQ(audio->LoadChunk(99, &out, &size, &done), S_OK);
-    EXPECT_TRUE(visitor.Wait());
-    EXPECT_EQ(done, VARIANT_FALSE);
-    EXPECT_EQ(size, 9);
-    EXPECT_EQ(BytesOf(out), Hex("07"));
-
-    // A log that cannot be written has nowhere to be reported to.
-    version->put_AppPath(Text(folder.File("no such folder")));
-    test::Visitor second(L"clsAudioT.LoadChunk Error", [](HWND box) { test::Press(box, IDOK); });
-    EXPECT_EQ(audio->LoadChunk(99, &out, &size, &done),
-              static_cast<HRESULT>(0x800A0000 | kPathNotFound));
-    EXPECT_TRUE(second.Wait());
-    Ref<IErrorInfo> information;
-    ASSERT_EQ(GetErrorInfo(0, reinterpret_cast<IErrorInfo**>(information.Out())), S_OK);
-    Text description;
-    information->GetDescription(description.Out());
-    EXPECT_EQ(description.Ascii(), "Path not found");
 }
 
 }  // namespace

@@ -13,23 +13,20 @@ namespace {
 /// Registers the component, for the machine where that is allowed, for as long as this lives.
 class Registration {
 public:
-    Registration() : module_(LoadLibraryA(TESSARO_COMPONENT_FOLDER "/tessaro.dll")) {
-        EXPECT_EQ(Call("DllRegisterServer"), S_OK);
-    }
-    ~Registration() {
-        EXPECT_EQ(Call("DllUnregisterServer"), S_OK);
-        FreeLibrary(module_);
-    }
+    Registration() { EXPECT_EQ(Call("DllRegisterServer"), S_OK); }
+    ~Registration() { EXPECT_EQ(Call("DllUnregisterServer"), S_OK); }
     Registration(const Registration&) = delete;
     Registration& operator=(const Registration&) = delete;
 
-private:
-    HRESULT Call(const char* name) {
-        const auto function = reinterpret_cast<HRESULT(WINAPI*)()>(
-            reinterpret_cast<void*>(GetProcAddress(module_, name)));
-        return function ? function() : E_FAIL;
+    template <class... Arguments>
+    static HRESULT Call(const char* name, Arguments... arguments) {
+        const HMODULE module = LoadLibraryA(TESSARO_COMPONENT_FOLDER "/tessaro.dll");
+        const auto function = reinterpret_cast<HRESULT(WINAPI*)(Arguments...)>(
+            reinterpret_cast<void*>(GetProcAddress(module, name)));
+        const HRESULT outcome = function ? function(arguments...) : E_FAIL;
+        FreeLibrary(module);
+        return outcome;
     }
-    HMODULE module_;
 };
 
 /// Runs a program; its exit code, and its output in `output`.
@@ -54,26 +51,54 @@ DWORD RunProgram(std::string commandLine, const std::string& outputPath) {
     return code;
 }
 
-/// Whether the classes' part of the registry names the key.
-bool IsRegistered(const std::string& key) {
+/// Whether a part of the registry has the key.
+bool HasKey(HKEY root, const std::string& key) {
     HKEY opened = nullptr;
-    if (RegOpenKeyExA(HKEY_CLASSES_ROOT, key.c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS)
+    if (RegOpenKeyExA(root, key.c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS)
         return false;
     RegCloseKey(opened);
     return true;
 }
 
 TEST(Registration, LeavesNothingBehind) {
-    const std::string keys[] = {"Tessaro.clsVersion", "Tessaro.clsVersion.1", "Tessaro.clsPalette",
+    const std::string keys[] = {"Tessaro.clsVersion",
+                                "Tessaro.clsVersion.1",
+                                "Tessaro.clsPalette",
                                 "CLSID\\{9364B5F3-E721-4E1C-84F4-84D115C3B442}",
-                                "TypeLib\\{9364B5F3-E721-4E1C-84F4-84D115C3B400}\\1.0"};
+                                "TypeLib\\{9364B5F3-E721-4E1C-84F4-84D115C3B400}\\1.0",
+                                "Interface\\{9364B5F3-E721-4E1C-84F4-84D115C3B434}"};
     {
         const Registration registration;
         for (const std::string& key : keys)
-            EXPECT_TRUE(IsRegistered(key)) << key;
+            EXPECT_TRUE(HasKey(HKEY_CLASSES_ROOT, key)) << key;
     }
     for (const std::string& key : keys)
-        EXPECT_FALSE(IsRegistered(key)) << key;
+        EXPECT_FALSE(HasKey(HKEY_CLASSES_ROOT, key)) << key;
+}
+
+TEST(Registration, IsForOneUserWhereThatIsWanted) {
+    const std::string name = "Software\\Classes\\Tessaro.clsVSwap";
+    for (const BOOL install : {TRUE, FALSE}) {
+        const LPCWSTR scope = L"user";
+        ASSERT_EQ(Registration::Call("DllInstall", install, scope), S_OK);
+        EXPECT_EQ(HasKey(HKEY_CURRENT_USER, name), install);
+        EXPECT_FALSE(HasKey(HKEY_LOCAL_MACHINE, name));
+    }
+}
+
+TEST(Registration, LeavesTheNamesToTheOtherArchitecture) {
+    const char* const other = "Software\\Classes\\CLSID\\{9364B5F3-E721-4E1C-84F4-84D115C3B444}";
+    HKEY key = nullptr;
+    ASSERT_EQ(RegCreateKeyExA(HKEY_LOCAL_MACHINE, other, 0, nullptr, 0, KEY_WRITE | KEY_WOW64_32KEY,
+                              nullptr, &key, nullptr),
+              ERROR_SUCCESS);
+    RegCloseKey(key);
+    { const Registration registration; }
+    EXPECT_TRUE(HasKey(HKEY_CLASSES_ROOT, "Tessaro.clsVSwap"));
+    EXPECT_FALSE(HasKey(HKEY_CLASSES_ROOT, "Tessaro.clsVersion"));
+    RegDeleteKeyExA(HKEY_LOCAL_MACHINE, other, KEY_WOW64_32KEY, 0);
+    { const Registration registration; }
+    EXPECT_FALSE(HasKey(HKEY_CLASSES_ROOT, "Tessaro.clsVSwap"));
 }
 
 TEST(Script, EditsTheSampleGame) {

@@ -1,4 +1,6 @@
 // The real boxes and the real form, used from outside.
+#include <cstdlib>
+
 #include "automation/windows_visitor.h"
 #include "foundation/global.h"
 #include "platform/system.h"
@@ -15,10 +17,11 @@ using test::Type;
 
 // The dialog's controls.
 constexpr int kMapName = 100, kMusicName = 101, kMinutes = 102, kMinutesValue = 103, kSeconds = 104,
-              kTag = 106, kTagValue = 107, kColor = 108;
+              kTag = 106, kTagValue = 107, kColor = 108, kChooseColor = 110;
 
 class Windows : public testing::Test {
 protected:
+    static void SetUpTestSuite() { SetProcessDPIAware(); }
     void SetUp() override { test::FreshStore(folder.Path()); }
 
     test::TempFolder folder;
@@ -154,32 +157,111 @@ TEST_F(Windows, TheFormIsFilledInByHand) {
     EXPECT_EQ(entered.FloorColor, 0x707070);
 }
 
+TEST_F(Windows, TheFormIsUsedByKeyboardAlone) {
+    frmIPhoneSettings form;
+    form.LoadSettings(SomeSettings());
+    std::vector<int> order;
+    bool stayedOpen = false;
+    test::Visitor user(kCaption, [&](HWND window) {
+        test::WaitForFocus(window);
+        order.push_back(test::Focused(window));
+        for (int tabs = 0; tabs < 10; ++tabs) {
+            order.push_back(test::Tab(window));
+            if (order.back() == kMinutes)
+                test::Strike(window, VK_DOWN);
+            else if (order.back() == kSeconds)
+                test::Strike(window, VK_NEXT);
+            else if (order.back() == kTag)
+                test::Strike(window, VK_END);
+            else if (order.back() == kTagValue) {
+                test::Strike(window, VK_SPACE);
+                const HWND input = test::WaitForWindow(L"New Tag Value");
+                test::WaitForFocus(input);
+                test::Strike(input, VK_ESCAPE);
+                stayedOpen = test::WaitUntilGone(input) && IsWindowVisible(window);
+            }
+        }
+        test::Strike(window, VK_RETURN);
+    });
+    form.ShowModal();
+    EXPECT_TRUE(user.Wait());
+    EXPECT_EQ(order, (std::vector<int>{kMapName, kMusicName, kMinutes, kSeconds, kTagValue, kTag,
+                                       kChooseColor, kChooseColor + 1, IDOK, IDCANCEL, kMapName}));
+    EXPECT_TRUE(stayedOpen);
+    ASSERT_TRUE(form.PressedOK());
+    EXPECT_FLOAT_EQ(form.Settings().ParTime, 2.0F + 40.0F / 60.0F);
+    EXPECT_EQ(form.Settings().RLEWTag, 0xFFFF);
+}
+
+TEST_F(Windows, AColourIsChosenForTheFloor) {
+    frmIPhoneSettings form;
+    form.LoadSettings(SomeSettings());
+    test::Visitor user(kCaption, [&](HWND window) {
+        Press(window, kChooseColor);
+        const HWND chooser = test::WaitForWindow(L"Color");
+        Type(chooser, 706, L"10");  // red, green, blue
+        Type(chooser, 707, L"20");
+        Type(chooser, 708, L"30");
+        Press(chooser, IDOK);
+        test::WaitUntilGone(chooser);
+        Press(window, IDOK);
+    });
+    form.ShowModal();
+    EXPECT_TRUE(user.Wait());
+    EXPECT_EQ(form.Settings().FloorColor, 0x1E140A);
+    EXPECT_EQ(form.Settings().CeilingColor, 0x383838);
+}
+
+/// Whether a label or button has room for the whole of its text.
+bool ShowsAllOfItsText(HWND control) {
+    wchar_t text[64] = L"";
+    GetWindowTextW(control, text, 64);
+    RECT area{}, needed{};
+    GetClientRect(control, &area);
+    const HDC context = GetDC(control);
+    const HGDIOBJ before =
+        SelectObject(context, reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
+    DrawTextW(context, text, -1, &needed, DT_CALCRECT | DT_SINGLELINE);
+    SelectObject(context, before);
+    ReleaseDC(control, context);
+    return needed.right <= area.right && needed.bottom <= area.bottom + 1;
+}
+
 TEST_F(Windows, TheFormShowsItsColoursFitsItsControlsAndCancels) {
+    const HDC screen = GetDC(nullptr);
+    const int dpi = GetDeviceCaps(screen, LOGPIXELSX);
+    ReleaseDC(nullptr, screen);
+    const char* const configured = std::getenv("TESSARO_WINE_DPI");
+    ASSERT_EQ(dpi, configured ? std::atoi(configured) : dpi);
+
     frmIPhoneSettings form;
     form.LoadSettings(SomeSettings());
     COLORREF floor = 0, ceiling = 0;
     bool contained = true, apart = true;
+    std::wstring cut;
+    LONG width = 0;
     test::Visitor user(kCaption, [&](HWND window) {
         UpdateWindow(window);
-        const auto middle = [&](int id) {
-            RECT area{};
+        const auto corner = [&](int id) {
             const HWND label = GetDlgItem(window, id);
-            GetClientRect(label, &area);
             const HDC context = GetDC(label);
-            const COLORREF color = GetPixel(context, area.right / 2, area.bottom / 2);
+            const COLORREF color = GetPixel(context, 3, 3);
             ReleaseDC(label, context);
             return color;
         };
-        floor = middle(kColor);
-        ceiling = middle(kColor + 1);
+        floor = corner(kColor);
+        ceiling = corner(kColor + 1);
         RECT client{};
         GetClientRect(window, &client);
+        width = client.right;
         MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&client), 2);
         for (HWND one = GetWindow(window, GW_CHILD); one; one = GetWindow(one, GW_HWNDNEXT)) {
             RECT area{}, common{};
             GetWindowRect(one, &area);
             UnionRect(&common, &client, &area);
             contained = contained && EqualRect(&common, &client);
+            if (!ShowsAllOfItsText(one))
+                cut += TextOf(window, GetDlgCtrlID(one)) + L"|";
             for (HWND two = GetWindow(one, GW_HWNDNEXT); two; two = GetWindow(two, GW_HWNDNEXT)) {
                 RECT other{};
                 GetWindowRect(two, &other);
@@ -196,6 +278,8 @@ TEST_F(Windows, TheFormShowsItsColoursFitsItsControlsAndCancels) {
     EXPECT_EQ(ceiling, 0x383838U);
     EXPECT_TRUE(contained);
     EXPECT_TRUE(apart);
+    EXPECT_EQ(cut, L"");
+    EXPECT_NEAR(width * 96.0 / dpi, 348.0, 40.0) << "at " << dpi << " dpi";
 }
 
 }  // namespace

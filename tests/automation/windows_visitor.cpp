@@ -3,28 +3,37 @@
 namespace tessaro::test {
 namespace {
 
-constexpr int kPollMilliseconds = 20;
-constexpr int kPolls = 500;
-
-}  // namespace
-
-HWND WaitForWindow(const std::wstring& caption) {
-    for (int poll = 0; poll < kPolls; ++poll) {
-        const HWND window = FindWindowW(nullptr, caption.c_str());
-        if (window && IsWindowVisible(window))
-            return window;
-        Sleep(kPollMilliseconds);
-    }
-    return nullptr;
-}
-
-bool WaitUntilGone(HWND window) {
-    for (int poll = 0; poll < kPolls; ++poll) {
-        if (!IsWindow(window))
+/// Whether it comes true within ten seconds.
+bool Eventually(const std::function<bool()>& condition) {
+    constexpr int kPollMilliseconds = 20;
+    for (int poll = 0; poll < 500; ++poll) {
+        if (condition())
             return true;
         Sleep(kPollMilliseconds);
     }
     return false;
+}
+
+HWND FocusedWindow(HWND window) {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof(info);
+    GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info);
+    return info.hwndFocus;
+}
+
+}  // namespace
+
+HWND WaitForWindow(const std::wstring& caption) {
+    HWND window = nullptr;
+    const bool found = Eventually([&] {
+        window = FindWindowW(nullptr, caption.c_str());
+        return window && IsWindowVisible(window);
+    });
+    return found ? window : nullptr;
+}
+
+bool WaitUntilGone(HWND window) {
+    return Eventually([window] { return !IsWindow(window); });
 }
 
 std::wstring TextOf(HWND window, int id) {
@@ -47,6 +56,27 @@ void Type(HWND window, int id, const std::wstring& text) {
 
 void Press(HWND window, int id) {
     PostMessageW(GetDlgItem(window, id), BM_CLICK, 0, 0);
+}
+
+void WaitForFocus(HWND window) {
+    Eventually([window] { return GetParent(FocusedWindow(window)) == window; });
+}
+
+int Focused(HWND window) {
+    return GetDlgCtrlID(FocusedWindow(window));
+}
+
+void Strike(HWND window, WORD key) {
+    const HWND control = FocusedWindow(window);
+    PostMessageW(control, WM_KEYDOWN, key, 1);
+    PostMessageW(control, WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
+}
+
+int Tab(HWND window) {
+    const HWND before = FocusedWindow(window);
+    Strike(window, VK_TAB);
+    Eventually([&] { return FocusedWindow(window) != before; });
+    return Focused(window);
 }
 
 Visitor::Visitor(std::wstring caption, std::function<void(HWND)> act)

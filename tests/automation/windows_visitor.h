@@ -21,6 +21,14 @@ std::wstring BoxText(HWND box);
 void Type(HWND window, int id, const std::wstring& text);
 /// Presses a button as the mouse does.
 void Press(HWND window, int id);
+/// Waits until the keyboard is in one of the window's controls.
+void WaitForFocus(HWND window);
+/// The control of a window that has the keyboard; 0 for none.
+int Focused(HWND window);
+/// Strikes a key in the control that has the keyboard.
+void Strike(HWND window, WORD key);
+/// Strikes Tab and waits for the keyboard to move on; the control that has it then.
+int Tab(HWND window);
 
 /// Runs `act` on the window in a thread of its own; waits for it at the end.
 class Visitor {

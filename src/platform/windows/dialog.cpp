@@ -70,8 +70,7 @@ void Dialog::AddLabel(int id, const wchar_t* text, Place place, DWORD style) {
 void Dialog::AddEdit(int id, Place place) {
     items_.push_back({id, kEdit, L"", place, WS_TABSTOP | WS_BORDER | ES_AUTOHSCROLL});
 }
-void Dialog::AddButton(int id, const wchar_t* text, Place place, bool isDefault) {
-    const DWORD style = isDefault ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON;
+void Dialog::AddButton(int id, const wchar_t* text, Place place, DWORD style) {
     items_.push_back({id, kButton, text, place, WS_TABSTOP | style});
 }
 void Dialog::AddScrollBar(int id, Place place) {
@@ -121,17 +120,17 @@ INT_PTR Dialog::Handle(UINT message, WPARAM wide, LPARAM param) {
             return TRUE;
         case WM_VSCROLL:
             if (param != 0)
-                Scroll(reinterpret_cast<HWND>(param), LOWORD(wide));
+                Scroll(reinterpret_cast<HWND>(param), LOWORD(wide), HIWORD(wide));
             return TRUE;
         case WM_CTLCOLORSTATIC:
-            return reinterpret_cast<INT_PTR>(
-                Background(GetDlgCtrlID(reinterpret_cast<HWND>(param))));
+            return reinterpret_cast<INT_PTR>(Background(GetDlgCtrlID(reinterpret_cast<HWND>(param)),
+                                                        reinterpret_cast<HDC>(wide)));
         default:
             return FALSE;
     }
 }
 
-void Dialog::Scroll(HWND bar, int action) {
+void Dialog::Scroll(HWND bar, int action, int thumb) {
     SCROLLINFO info{};
     info.cbSize = sizeof(info);
     info.fMask = SIF_ALL;
@@ -154,8 +153,8 @@ void Dialog::Scroll(HWND bar, int action) {
             break;
         case SB_THUMBTRACK:
         case SB_THUMBPOSITION:
-            position = info.nTrackPos;
-            break;  // all 32 bits of it
+            position = thumb;  // no range goes beyond its 16 bits
+            break;
         case SB_TOP:
             position = info.nMin;
             break;

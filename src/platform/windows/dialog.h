@@ -34,7 +34,7 @@ protected:
     // The controls, in tab order. `id` tells them apart; labels that nothing asks for share -1.
     void AddLabel(int id, const wchar_t* text, Place place, DWORD style = 0);
     void AddEdit(int id, Place place);
-    void AddButton(int id, const wchar_t* text, Place place, bool isDefault = false);
+    void AddButton(int id, const wchar_t* text, Place place, DWORD style = BS_PUSHBUTTON);
     void AddScrollBar(int id, Place place);
 
     virtual void Opened() {}
@@ -42,8 +42,9 @@ protected:
     virtual void Edited(int /*id*/) {}
     /// A scroll bar's keys and arrows ask for `position`, which the dialog sets where it agrees.
     virtual void Scrolled(int /*id*/, int /*position*/) {}
-    /// The brush behind a label; null for the system's.
-    virtual HBRUSH Background(int /*id*/) { return nullptr; }
+    /// The brush behind a label, whose text is about to be drawn on `context`; null for the
+    /// system's.
+    virtual HBRUSH Background(int /*id*/, HDC /*context*/) { return nullptr; }
 
     void Finish() { EndDialog(window_, 0); }
     HWND Window() const { return window_; }
@@ -63,7 +64,7 @@ private:
     };
     std::vector<WORD> Template() const;
     INT_PTR Handle(UINT message, WPARAM wide, LPARAM param);
-    void Scroll(HWND bar, int action);
+    void Scroll(HWND bar, int action, int thumb);
     static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM wide, LPARAM param);
 
     const wchar_t* caption_;

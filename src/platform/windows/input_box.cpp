@@ -12,7 +12,7 @@ public:
         : Dialog(title.c_str(), 240, 74) {
         AddLabel(-1, prompt.c_str(), {7, 7, 170, 36}, SS_NOPREFIX);
         AddEdit(kText, {7, 53, 226, 14});
-        AddButton(IDOK, L"OK", {183, 7, 50, 14}, true);
+        AddButton(IDOK, L"OK", {183, 7, 50, 14}, BS_DEFPUSHBUTTON);
         AddButton(IDCANCEL, L"Cancel", {183, 25, 50, 14});
     }
 

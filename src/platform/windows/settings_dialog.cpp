@@ -22,33 +22,32 @@ enum ControlId : int {
 class SettingsDialog final : public Dialog {
 public:
     explicit SettingsDialog(frmIPhoneSettings& form)
-        : Dialog(caption_.c_str(), 232, 130), form_(form) {
+        : Dialog(caption_.c_str(), 232, 140), form_(form) {
         AddLabel(-1, L"Map &Name", {7, 9, 44, 8});
         AddEdit(kMapName, {54, 7, 108, 14});
         AddLabel(-1, L"M&usic", {7, 27, 44, 8});
         AddEdit(kMusicName, {54, 25, 108, 14});
 
-        AddLabel(-1, L"Par Time", {7, 50, 44, 8});
-        AddLabel(-1, L"&Minutes", {54, 45, 32, 8});
-        AddLabel(kMinutesValue, L"", {54, 57, 22, 12}, SS_CENTER | SS_CENTERIMAGE | SS_SUNKEN);
-        AddScrollBar(kMinutes, {78, 53, 10, 20});
-        AddLabel(-1, L"&Seconds", {104, 45, 34, 8});
-        AddLabel(kSecondsValue, L"", {104, 57, 22, 12}, SS_CENTER | SS_CENTERIMAGE | SS_SUNKEN);
-        AddScrollBar(kSeconds, {128, 53, 10, 20});
+        AddLabel(-1, L"Par Time", {7, 63, 44, 8});
+        AddLabel(-1, L"&Minutes", {54, 48, 32, 8});
+        AddLabel(kMinutesValue, L"", {54, 61, 30, 12}, SS_CENTER | SS_CENTERIMAGE | SS_SUNKEN);
+        AddScrollBar(kMinutes, {88, 47, 10, 40});
+        AddLabel(-1, L"&Seconds", {118, 48, 32, 8});
+        AddLabel(kSecondsValue, L"", {118, 61, 30, 12}, SS_CENTER | SS_CENTERIMAGE | SS_SUNKEN);
+        AddScrollBar(kSeconds, {152, 47, 10, 40});
 
-        AddLabel(-1, L"RLEW &Tag", {7, 88, 44, 8});
-        AddLabel(kTagValue, L"", {54, 86, 32, 12},
-                 SS_NOTIFY | SS_CENTER | SS_CENTERIMAGE | SS_SUNKEN);
-        AddScrollBar(kTag, {88, 82, 10, 20});
+        AddLabel(-1, L"RLEW &Tag", {7, 111, 44, 8});
+        // A label to look at; as a button it is reached by the keyboard too.
+        AddButton(kTagValue, L"", {54, 108, 30, 14}, BS_FLAT);
+        AddScrollBar(kTag, {88, 95, 10, 40});
 
-        AddLabel(-1, L"Floor", {7, 112, 24, 8});
-        AddLabel(kColor, L"", {32, 109, 32, 14}, SS_SUNKEN);
-        AddButton(kChooseColor, L"&Floor...", {67, 109, 42, 14});
-        AddLabel(-1, L"Ceiling", {121, 112, 26, 8});
-        AddLabel(kColor + 1, L"", {149, 109, 32, 14}, SS_SUNKEN);
-        AddButton(kChooseColor + 1, L"&Ceiling...", {184, 109, 42, 14});
+        constexpr DWORD kColorLabel = SS_CENTER | SS_CENTERIMAGE | SS_SUNKEN;
+        AddLabel(kColor, L"Floor", {118, 98, 44, 14}, kColorLabel);
+        AddButton(kChooseColor, L"&Floor...", {175, 98, 50, 14});
+        AddLabel(kColor + 1, L"Ceiling", {118, 118, 44, 14}, kColorLabel);
+        AddButton(kChooseColor + 1, L"&Ceiling...", {175, 118, 50, 14});
 
-        AddButton(IDOK, L"OK", {175, 7, 50, 14}, true);
+        AddButton(IDOK, L"OK", {175, 7, 50, 14}, BS_DEFPUSHBUTTON);
         AddButton(IDCANCEL, L"Cancel", {175, 25, 50, 14});
     }
     ~SettingsDialog() override {
@@ -119,8 +118,15 @@ private:
             Refresh();
     }
 
-    HBRUSH Background(int id) override {
-        return id == kColor || id == kColor + 1 ? brushes_[id - kColor] : nullptr;
+    HBRUSH Background(int id, HDC context) override {
+        if (id != kColor && id != kColor + 1)
+            return nullptr;
+        const auto color = static_cast<COLORREF>(form_.lblColor(id - kColor));
+        const int brightness =
+            3 * GetRValue(color) + 6 * GetGValue(color) + GetBValue(color);  // of 2550
+        SetBkMode(context, TRANSPARENT);
+        SetTextColor(context, brightness > 1275 ? RGB(0, 0, 0) : RGB(255, 255, 255));
+        return brushes_[id - kColor];
     }
 
     /// Shows what the form's controls hold now.

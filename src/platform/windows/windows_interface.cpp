@@ -83,11 +83,11 @@ public:
 }  // namespace
 
 HWND Owner() {
+    // Windows belong to top-level windows; the host may have named a window within one.
+    const HWND host = hostWindow ? GetAncestor(hostWindow, GA_ROOT) : nullptr;
     // A box over one of the library's own forms belongs to the form.
     const HWND active = GetActiveWindow();
-    if (active && (!hostWindow || GetWindow(active, GW_OWNER) == hostWindow))
-        return active;
-    return IsWindow(hostWindow) ? hostWindow : active;
+    return host && !(active && GetWindow(active, GW_OWNER) == host) ? host : active;
 }
 
 void* OwnerWindow() {
