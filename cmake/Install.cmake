@@ -16,6 +16,8 @@ configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/TessaroConfig.cmake.in
 install(FILES ${PROJECT_BINARY_DIR}/TessaroConfig.cmake
               ${PROJECT_BINARY_DIR}/TessaroConfigVersion.cmake
         DESTINATION ${package_folder} COMPONENT library)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples
+        DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT library)
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/README.md
               ${PROJECT_SOURCE_DIR}/CHANGELOG.md
         DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT library)
