@@ -124,7 +124,8 @@ public:
     /// Replaces the mask plane of a masked picture or a sprite in memory.
     void SetMaskData(std::int32_t Chunk, const ByteArray& Data);
 
-    /// The 256 colours of a palette chunk: red in the low byte, 6-bit values times 4.
+    /// The 256 colours of a palette chunk: red in the low byte, 6-bit values times 4. Where the
+    /// chunk cannot be read all of them are 0.
     bool LoadWolfPalette(std::int32_t Chunk, std::vector<std::int32_t>& Colors);
     /// Makes a palette chunk the library's current palette.
     void SetPaletteToChunk(std::int32_t ChunkNum);

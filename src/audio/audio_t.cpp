@@ -10,6 +10,7 @@
 #include "foundation/dictionary.h"
 #include "foundation/guard.h"
 #include "foundation/replace_files.h"
+#include "foundation/saving.h"
 #include "platform/file.h"
 
 namespace tessaro {
@@ -27,6 +28,7 @@ struct clsAudioT::Self {
     /// Where the chunks begin and end in the data file: what lies outside is no chunk's.
     std::int64_t dataBegin = 0, dataEnd = 0;
     std::map<std::int32_t, ByteArray> replaced;
+    SavingFlag saving;
     std::int32_t count = 0;  ///< chunks beyond the stored ones are empty
     std::int32_t startMusic = -1;
 
@@ -163,6 +165,7 @@ bool clsAudioT::Self::Save(const SaveStatusEvent& saveStatus, const SaveErrorEve
         const std::string headerOut = modGlobal::OutputPath(store.audioHeaderFile);
         const std::string dataOut = modGlobal::OutputPath(store.audioDataFile);
         const bool inPlace = SameFile(dataOut, dataPath);  // the offsets follow the file they name
+        const SavingFlag::Scope scope(saving);
         Written out = WriteAll(saveStatus, chunk);
         data.Release();
         if (!ReplaceFiles(
@@ -186,6 +189,7 @@ clsAudioT::~clsAudioT() = default;
 
 bool clsAudioT::InitializeMusic() {
     return Guarded("clsAudioT.InitializeMusic", [&] {
+        self_->saving.RefuseChange();
         *self_ = Self();
         if (!self_->LoadHuffman() || !self_->LoadHeader())
             return false;
@@ -232,6 +236,12 @@ void clsAudioT::SetChunkData(std::int32_t Chunk, const ByteArray& Data) {
 
 bool clsAudioT::SaveAudioT() {
     constexpr const char* kName = "clsAudioT.SaveAudioT";
+    const auto mayBegin = [&] {
+        self_->saving.RefuseChange();
+        return true;
+    };
+    if (!Guarded(kName, mayBegin))
+        return false;
     const bool saved = Guarded(kName, [&] { return self_->Save(SaveStatus, SaveError); });
     Guarded(kName, [&] {
         if (SaveComplete)
@@ -246,6 +256,7 @@ std::int32_t clsAudioT::NumberOfChunks() const {
 
 void clsAudioT::NumberOfChunks(std::int32_t NewValue) {
     Guarded("clsAudioT.NumberOfChunks", [&] {
+        self_->saving.RefuseChange();
         if (NewValue < 0 || NewValue > kMostChunks)
             throw Failure(kSubscriptOutOfRange);
         self_->Keep(NewValue);

@@ -17,12 +17,15 @@ void RefuseType() {
 
 /// Drops what was loaded or given; types and tables stay, and the file is opened again on demand.
 void clsVGAGraph::CloseFile() {
-    self_->file.Release();
-    self_->set.pictures = self_->storedPictures;
-    self_->fonts = self_->storedFonts;
-    for (Self::Slot& slot : self_->slots)
-        if (slot.inFile)
-            slot = {};
+    Guarded("clsVGAGraph.CloseFile", [&] {
+        self_->saving.RefuseChange();
+        self_->file.Release();
+        self_->set.pictures = self_->storedPictures;
+        self_->fonts = self_->storedFonts;
+        for (Self::Slot& slot : self_->slots)
+            if (slot.inFile)
+                slot = {};
+    });
 }
 
 std::int32_t clsVGAGraph::NumberOfChunks() const {
@@ -30,7 +33,10 @@ std::int32_t clsVGAGraph::NumberOfChunks() const {
 }
 
 void clsVGAGraph::NumberOfChunks(std::int32_t NewValue) {
-    Guarded("clsVGAGraph.NumberOfChunks", [&] { self_->Resize(NewValue); });
+    Guarded("clsVGAGraph.NumberOfChunks", [&] {
+        self_->saving.RefuseChange();
+        self_->Resize(NewValue);
+    });
 }
 
 void clsVGAGraph::Self::Resize(std::int32_t chunks) {
@@ -100,8 +106,10 @@ enmVGRAGRAPHTypes clsVGAGraph::ChunkDataType(std::int32_t Chunk) const {
 }
 
 void clsVGAGraph::ChunkDataType(std::int32_t Chunk, enmVGRAGRAPHTypes NewValue) {
-    Guarded("clsVGAGraph.ChunkDataType",
-            [&] { self_->set.types[self_->set.Index(Chunk)] = NewValue; });
+    Guarded("clsVGAGraph.ChunkDataType", [&] {
+        self_->saving.RefuseChange();
+        self_->set.types[self_->set.Index(Chunk)] = NewValue;
+    });
 }
 
 std::int32_t clsVGAGraph::DataTypeChunk(enmVGRAGRAPHTypes VGAType, std::int32_t Pos) const {
@@ -155,7 +163,10 @@ bool clsVGAGraph::LoadTessaro(std::int32_t Chunk, ByteArray& Data) {
 }
 
 void clsVGAGraph::SetChunkData(std::int32_t Chunk, const ByteArray& Data) {
-    Guarded("clsVGAGraph.SetChunkData", [&] { self_->Replace(Chunk, Data); });
+    Guarded("clsVGAGraph.SetChunkData", [&] {
+        self_->saving.RefuseChange();
+        self_->Replace(Chunk, Data);
+    });
 }
 
 }  // namespace tessaro

@@ -246,6 +246,7 @@ bool clsVGAGraph::Self::Open() {
 // shown on the way, leaves half of it behind.
 bool clsVGAGraph::InitializeGraphics() {
     return Guarded("clsVGAGraph.InitializeGraphics", [&] {
+        self_->saving.RefuseChange();
         *self_ = self_->Fresh();
         Self opened = self_->Fresh();
         if (!opened.Open())

@@ -240,8 +240,10 @@ bool clsVGAGraph::LoadAreaNames(std::int32_t Chunk, std::vector<std::string>& Ar
     return Guarded("clsVGAGraph.LoadAreaNames", [&] {
         if (!self_->Cache(Chunk))
             return false;
-        if (!ReadAreaNames(self_->Data(Chunk), AreaNames))
+        std::vector<std::string> names;
+        if (!ReadAreaNames(self_->Data(Chunk), names))
             throw Failure(kSubscriptOutOfRange);
+        AreaNames = std::move(names);
         return true;
     });
 }

@@ -167,6 +167,7 @@ void clsVGAGraph::Self::Replace(std::int32_t chunk, const ByteArray& data) {
 
 void clsVGAGraph::SetMaskData(std::int32_t Chunk, const ByteArray& Data) {
     Guarded("clsVGAGraph.SetMaskData", [&] {
+        self_->saving.RefuseChange();
         ByteArray plane = Data;
         if (IsBMPImage(Data)) {
             const Pixels pixels = PixelsFromImage(Data);

@@ -141,6 +141,7 @@ bool clsVGAGraph::Self::Save(const SaveStatusEvent& status, const SaveErrorEvent
             store.compileDictionaryLoaded ? store.compileDictionary : set.dictionary;
         const std::string target = modGlobal::OutputPath(store.vgaGraphFile);
         const bool inPlace = SameFile(target, dataPath);
+        const SavingFlag::Scope scope(saving);
         NewData out = EncodeAll(dictionary, status, chunk);
         const std::size_t size = out.data.size();
         const std::vector<NewFile> files{
@@ -164,6 +165,12 @@ bool clsVGAGraph::Self::Save(const SaveStatusEvent& status, const SaveErrorEvent
 
 bool clsVGAGraph::SaveVGAGraph() {
     constexpr const char* kName = "clsVGAGraph.SaveVGAGraph";
+    const auto mayBegin = [&] {
+        self_->saving.RefuseChange();
+        return true;
+    };
+    if (!Guarded(kName, mayBegin))
+        return false;
     const bool saved = Guarded(kName, [&] { return self_->Save(SaveStatus, SaveError); });
     Guarded(kName, [&] {
         if (SaveComplete)

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/saving.h"
 #include "graphics/graphics_header.h"
 #include "graphics/graphics_set.h"
 #include "platform/file.h"
@@ -41,6 +42,7 @@ struct clsVGAGraph::Self {
     std::vector<std::uint32_t> offsets;
     std::int64_t dataSize = 0;
     File file;
+    SavingFlag saving;
     ByteArray whole;  ///< the file's bytes while the set is being opened
 
     /// A container without a set, configured as this one is.

@@ -17,6 +17,7 @@ std::size_t Index(std::int64_t width, std::int64_t x, std::int64_t y) {
 bool clsGameMaps::ResizeMap(std::int32_t MapNum, std::int32_t NewWidth, std::int32_t NewHeight,
                             std::int32_t MapFill) {
     return Guarded("clsGameMaps.ResizeMap", [&] {
+        self_->saving.RefuseChange();
         const std::int32_t oldWidth = self_->MapAt(MapNum).record.width;
         const std::int32_t oldHeight = self_->MapAt(MapNum).record.height;
         if (NewWidth == oldWidth && NewHeight == oldHeight)
@@ -52,6 +53,7 @@ bool clsGameMaps::ResizeMap(std::int32_t MapNum, std::int32_t NewWidth, std::int
 
 void clsGameMaps::AddMap(std::int32_t MapNum) {
     Guarded("clsGameMaps.AddMap", [&] {
+        self_->saving.RefuseChange();
         std::vector<MapItem>& maps = self_->maps;
         // The set grows even when the place turns out not to exist: that is meant.
         maps.emplace_back();
@@ -74,6 +76,7 @@ void clsGameMaps::AddMap(std::int32_t MapNum) {
 
 void clsGameMaps::RemoveMap(std::int32_t MapNum) {
     Guarded("clsGameMaps.RemoveMap", [&] {
+        self_->saving.RefuseChange();
         MapItem& item = self_->MapAt(MapNum);
         std::vector<MapItem>& maps = self_->maps;
         if (maps.size() > 1) {

@@ -260,6 +260,7 @@ bool clsGameMaps::ExportMultiMap(const std::vector<std::int32_t>& MapArray,
 
 bool clsGameMaps::ImportMap(std::int32_t MapNum, const std::string& FileName) {
     return GuardedExchange("clsGameMaps.ImportMap", [&] {
+        self_->saving.RefuseChange();
         std::vector<ForeignMap> maps = ReadMapFile(*self_, FileName);
         const std::size_t filePlanes = FitPlanes(maps, self_->input.planes);
         if (MapNum < 0)

@@ -47,8 +47,10 @@ typMapGrid Widened(ByteSpan cellBytes) {
 }  // namespace
 
 bool clsGameMaps::Initialize() {
-    return Guarded("clsGameMaps.Initialize",
-                   [&] { return self_->LoadMapHeader() && self_->LoadMapData(); });
+    return Guarded("clsGameMaps.Initialize", [&] {
+        self_->saving.RefuseChange();
+        return self_->LoadMapHeader() && self_->LoadMapData();
+    });
 }
 
 bool clsGameMaps::Self::LoadMapHeader() {

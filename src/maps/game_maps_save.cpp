@@ -54,6 +54,7 @@ struct clsGameMaps::Self::Save {
           headerPath(ResolveCase(SharedStore().mapHeaderFile)) {}
 
     void Run() {
+        const SavingFlag::Scope scope(self.saving);
         if (self.maps.empty())
             throw Failure(0, "There are no maps to save.");
         if (layout.planes < 1 || layout.planes > kMostPlanes || layout.nameSize < 1 ||
@@ -119,9 +120,6 @@ private:
             if (host.SaveStatus)
                 host.SaveStatus(static_cast<std::int32_t>(map + 1),
                                 static_cast<std::int32_t>(count));
-            if (self.maps.size() != count)  // by the event's handler
-                throw Failure(kInvalidProcedureCall,
-                              "Maps were added or removed while they were being saved.  Aborting.");
         }
         ByteWriter closing;
         closing.Text(kMarker);
@@ -239,6 +237,7 @@ private:
 
 bool clsGameMaps::SaveMapFile() {
     return Guarded("clsGameMaps.SaveMapFile", [&] {
+        self_->saving.RefuseChange();
         Self::Save save(*this);
         try {
             save.Run();

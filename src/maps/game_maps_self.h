@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "foundation/bytes.h"
+#include "foundation/saving.h"
 #include "maps/carmack.h"
 #include "maps/length_prefix.h"
 #include "maps/map_record.h"
@@ -65,6 +66,7 @@ struct clsGameMaps::Self {
     CarmackTags compileTags;
 
     std::vector<ClipboardMap> clipboard;
+    SavingFlag saving;
 
     /// Fails with number 9 for a map that does not exist.
     MapItem& MapAt(std::int32_t mapNum);

@@ -100,6 +100,7 @@ clsVSwap::~clsVSwap() = default;
 
 bool clsVSwap::Initialize() {
     return Guarded("clsVSwap.Initialize", [&] {
+        self_->saving.RefuseChange();
         *self_ = Self();
         self_->outputPageSize = SharedStore().hiResOutput ? 16384 : 4096;
         const std::string path = SharedStore().vswapFile;
@@ -119,8 +120,10 @@ std::int32_t clsVSwap::NumberOfWalls() const {
 }
 
 void clsVSwap::NumberOfWalls(std::int32_t NewValue) {
-    Guarded("clsVSwap.NumberOfWalls",
-            [&] { SetCount(self_->numberOfWalls, self_->walls, NewValue); });
+    Guarded("clsVSwap.NumberOfWalls", [&] {
+        self_->saving.RefuseChange();
+        SetCount(self_->numberOfWalls, self_->walls, NewValue);
+    });
 }
 
 std::int32_t clsVSwap::NumberOfSounds() const {
@@ -128,8 +131,10 @@ std::int32_t clsVSwap::NumberOfSounds() const {
 }
 
 void clsVSwap::NumberOfSounds(std::int32_t NewValue) {
-    Guarded("clsVSwap.NumberOfSounds",
-            [&] { SetCount(self_->numberOfSounds, self_->sounds, NewValue); });
+    Guarded("clsVSwap.NumberOfSounds", [&] {
+        self_->saving.RefuseChange();
+        SetCount(self_->numberOfSounds, self_->sounds, NewValue);
+    });
 }
 
 std::int32_t clsVSwap::NumberOfSprites() const {
@@ -137,8 +142,10 @@ std::int32_t clsVSwap::NumberOfSprites() const {
 }
 
 void clsVSwap::NumberOfSprites(std::int32_t NewValue) {
-    Guarded("clsVSwap.NumberOfSprites",
-            [&] { SetCount(self_->numberOfSprites, self_->sprites, NewValue); });
+    Guarded("clsVSwap.NumberOfSprites", [&] {
+        self_->saving.RefuseChange();
+        SetCount(self_->numberOfSprites, self_->sprites, NewValue);
+    });
 }
 
 bool clsVSwap::HiResInput() const {

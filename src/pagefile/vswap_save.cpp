@@ -227,6 +227,7 @@ void PageFileSave::StoreSound(bool inExtraFile, const StoredSound& sound) {
 }
 
 std::vector<NewFile> PageFileSave::Build() {
+    const SavingFlag::Scope scope(self_.saving);
     PageIndex& index = self_.index;
     std::vector<NewFile> files{{modGlobal::OutputPath(index.path), {}}};
     if (!index.extraPath.empty())
@@ -319,7 +320,10 @@ bool PageFileSave::Run() {
 }
 
 bool clsVSwap::SaveVSwap(enmVSWAPCompression Compression) {
-    return Guarded(kProcedure, [&] { return PageFileSave(*this, Compression).Run(); });
+    return Guarded(kProcedure, [&] {
+        self_->saving.RefuseChange();
+        return PageFileSave(*this, Compression).Run();
+    });
 }
 
 }  // namespace tessaro

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "foundation/saving.h"
 #include "pagefile/page_index.h"
 #include "tessaro/vswap.h"
 
@@ -34,6 +35,7 @@ struct clsVSwap::Self {
     std::int32_t spriteSize = 64;
     std::int32_t outputPageSize = 4096;
     bool hiResInput = false;
+    SavingFlag saving;
 
     /// Indexes the files anew; items and counts stay. A failure is reported.
     bool LoadSwapFile(const std::string& path);

@@ -304,6 +304,18 @@ TEST_F(AudioT, AHostsExceptionIsAFailedSave) {
     EXPECT_EQ(folder.Read("game/AUDIOT.TST"), Ascii(kData));
 }
 
+TEST_F(AudioT, AHandlerCannotChangeTheSetThatIsSaved) {
+    ASSERT_TRUE(audio.InitializeMusic());
+    audio.SaveStatus = [&](std::int32_t, std::int32_t) {
+        audio.NumberOfChunks(1);
+        EXPECT_FALSE(audio.InitializeMusic());
+        EXPECT_FALSE(audio.SaveAudioT());
+    };
+    EXPECT_TRUE(audio.SaveAudioT());
+    EXPECT_EQ(events, "done");
+    EXPECT_EQ(folder.Read("game/AUDIOT.TST"), Ascii(kData));
+}
+
 TEST_F(AudioT, RealGame) {
     TESSARO_NEEDS_GAME_DATA();
     clsVersion version;

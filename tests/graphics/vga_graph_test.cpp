@@ -1,73 +1,19 @@
-// A small VGA set: opening, serving, replacing and saving.
-#include "tessaro/vga_graph.h"
-
-#include <gtest/gtest.h>
-
+// A small VGA set: opening, serving and replacing.
 #include <algorithm>
 
-#include "graphics/set_builder.h"
+#include "graphics/small_vga_set.h"
 
 namespace tessaro {
 namespace {
 
-using test::Ascii;
 using test::BuiltChunk;
 using test::Hex;
 using test::Joined;
 using test::Noise;
+using test::OpenSet;
 using test::PixelsOf;
 using test::SetFolder;
-
-ByteArray EndScreen() {
-    return Joined({Hex("FD00B80000A00F"), Noise(4000), Hex("1A")});
-}
-
-ByteArray DemoBytes(std::uint8_t level) {
-    return Joined({{level, 10, 0, 0}, Hex("010203 040506")});
-}
-
-std::vector<BuiltChunk> VgaChunks() {
-    return {
-        {Hex("0800 0100 0A00 0200 0400 0200"), false, false, false, "!ID!"},  // 0: 3 pictures
-        {test::FontChunk(Hex("0F000F000F 000F0F0000"))},                      // 1
-        {Hex("0102 0304 0506 0708")},                                         // 2: 8 x 1
-        {Noise(20)},                                                          // 3: 10 x 2
-        {Hex("0102 0304 0506 0708"), false, false, false, "!ID!"},            // 4: 4 x 2
-        {Noise(35 * 64, 4), true},                                            // 5: tiles
-        {EndScreen()},                                                        // 6
-        {ByteArray(768, 63)},                                                 // 7: a palette
-        {{}, false, true},                                                    // 8: sparse
-        {DemoBytes(5)},                                                       // 9
-        {Ascii("^Ptext^E")},                                                  // 10
-        {Noise(300, 5)},                                                      // 11
-        {Hex("0102"), false, false, true},                                    // 12: too short
-        {Ascii("JAMP....")},                                                  // 13
-    };
-}
-
-struct OpenSet {
-    explicit OpenSet(const std::vector<BuiltChunk>& chunks = VgaChunks()) : set(chunks, false) {
-        EXPECT_TRUE(graph.InitializeGraphics());
-        graph.SaveStatus = [this](std::int32_t, std::int32_t) { ++steps; };
-        graph.SaveError = [this](std::int32_t chunk, const std::string& text) {
-            errors.push_back(std::to_string(chunk) + ": " + text);
-        };
-        graph.SaveComplete = [this](bool success) { completed.push_back(success); };
-    }
-    ByteArray Load(std::int32_t chunk) {
-        ByteArray data;
-        EXPECT_TRUE(graph.LoadTessaro(chunk, data)) << chunk;
-        return data;
-    }
-    std::string LastBox() const { return user.boxes.empty() ? "" : user.boxes.back().prompt; }
-
-    SetFolder set;
-    test::ScriptedUserInterface user;
-    clsVGAGraph graph;
-    int steps = 0;
-    std::vector<std::string> errors;
-    std::vector<bool> completed;
-};
+using test::VgaChunks;
 
 TEST(VgaGraph, EveryChunkIsTyped) {
     OpenSet open;
@@ -256,128 +202,6 @@ TEST(VgaGraph, TextIsDrawn) {
     EXPECT_EQ(pixels, ByteArray{4});
 }
 
-TEST(VgaGraph, SavingKeepsWhatNobodyReplaced) {
-    OpenSet open;
-    const auto header = open.set.folder.Read("VGAHEAD.TST");
-    const auto data = open.set.folder.Read("VGAGRAPH.TST");
-    ASSERT_TRUE(open.graph.SaveVGAGraph());
-    EXPECT_EQ(open.set.folder.Read("VGAHEAD.TST"), header);
-    EXPECT_EQ(open.set.folder.Read("VGAGRAPH.TST"), data);
-    EXPECT_EQ(open.steps, 14);
-    EXPECT_EQ(open.completed, std::vector<bool>{true});
-
-    open.graph.SetChunkData(8, Hex("AABBCCDD"));  // sparse no longer
-    open.graph.SetChunkData(11, Hex("55"));       // shorter than what a chunk usually holds
-    open.graph.NumberOfChunks(16);
-    ASSERT_TRUE(open.graph.SaveVGAGraph());
-    clsVGAGraph again;
-    ASSERT_TRUE(again.InitializeGraphics());
-    EXPECT_EQ(again.NumberOfChunks(), 16);
-    for (clsVGAGraph* reader : {&open.graph, &again}) {
-        ByteArray bytes;
-        ASSERT_TRUE(reader->LoadTessaro(8, bytes));
-        EXPECT_EQ(bytes, Hex("AABBCCDD"));
-        ASSERT_TRUE(reader->LoadTessaro(11, bytes));
-        EXPECT_EQ(bytes, Hex("55"));
-        ASSERT_TRUE(reader->LoadTessaro(9, bytes));
-        EXPECT_EQ(bytes, DemoBytes(5));
-        ASSERT_TRUE(reader->LoadTessaro(15, bytes));
-        EXPECT_EQ(bytes, ByteArray(1));
-    }
-    open.graph.CloseFile();
-    again.NumberOfChunks(7);
-    ASSERT_TRUE(again.SaveVGAGraph());
-    ASSERT_TRUE(again.InitializeGraphics());
-    EXPECT_EQ(again.NumberOfChunks(), 7);
-    EXPECT_EQ(again.ChunkDataType(6), vgEndScreen);
-    EXPECT_TRUE(open.user.boxes.empty());
-}
-
-TEST(VgaGraph, AnotherDictionaryMeansCompressingAgain) {
-    OpenSet open;
-    std::array<std::int32_t, 256> counts{};
-    for (std::size_t i = 0; i < counts.size(); ++i)
-        counts[i] = static_cast<std::int32_t>(i) + 1;
-    SharedStore().compileDictionary = Huffmanize(counts);
-    SharedStore().compileDictionaryLoaded = true;
-    SharedStore().compileExtension = "NEW";  // elsewhere: the container stays on its files
-    ASSERT_TRUE(open.graph.SaveVGAGraph());
-    EXPECT_EQ(open.set.folder.Read("VGADICT.NEW"),
-              WriteDictionary(SharedStore().compileDictionary));
-    const ByteArray picture = open.Load(3);
-
-    Store& store = SharedStore();
-    for (std::string* path : {&store.vgaHeaderFile, &store.vgaGraphFile, &store.vgaDictFile})
-        path->replace(path->size() - 3, 3, "NEW");
-    clsVGAGraph again;
-    ASSERT_TRUE(again.InitializeGraphics());
-    const std::vector<BuiltChunk> chunks = VgaChunks();
-    for (std::size_t i = 0; i < chunks.size(); ++i) {
-        if (chunks[i].sparse || chunks[i].plain)
-            continue;
-        ByteArray bytes;
-        ASSERT_TRUE(again.LoadTessaro(static_cast<std::int32_t>(i), bytes));
-        EXPECT_EQ(bytes, chunks[i].bytes) << i;
-    }
-    EXPECT_EQ(open.Load(3), picture);
-
-    // A value without a code would be lost silently.
-    store.compileDictionary[0] = store.compileDictionary[1];
-    EXPECT_FALSE(open.graph.SaveVGAGraph());
-    EXPECT_EQ(open.completed, (std::vector<bool>{true, false}));
-    ASSERT_EQ(open.errors.size(), 1u);
-    EXPECT_NE(open.errors[0].find("no code"), std::string::npos) << open.errors[0];
-}
-
-TEST(VgaGraph, ASaveThatIsNotPermittedDoesNothing) {
-    OpenSet open;
-    const auto before = ListFiles(open.set.folder.Path(), "*");
-    SharedStore().canCompileVGAGraph = false;
-    EXPECT_FALSE(open.graph.SaveVGAGraph());
-    EXPECT_EQ(open.completed, std::vector<bool>{false});
-    EXPECT_NE(open.LastBox().find("cannot be saved"), std::string::npos);
-    SharedStore().canCompileVGAGraph = true;
-    SharedStore().outputFolder.clear();
-    EXPECT_FALSE(open.graph.SaveVGAGraph());
-    DeleteFileAt(open.set.folder.File("Error.log"));
-    EXPECT_EQ(ListFiles(open.set.folder.Path(), "*"), before);
-}
-
-// Whichever file operation fails, the old files are there and the edit is kept for the next save.
-TEST(VgaGraph, FaultLadder) {
-    for (int failAt = 1;; ++failAt) {
-        SCOPED_TRACE(failAt);
-        ASSERT_LT(failAt, 200);
-        OpenSet open;
-        open.graph.SetChunkData(11, Hex("0102030405"));
-        std::vector<ByteArray> before;
-        for (const char* name : {"VGAHEAD.TST", "VGAGRAPH.TST", "VGADICT.TST"})
-            before.push_back(open.set.folder.Read(name));
-        bool saved = false;
-        {
-            const test::FailingFiles failing(failAt);
-            saved = open.graph.SaveVGAGraph();
-            if (!failing.Failed()) {
-                EXPECT_TRUE(saved);
-                break;
-            }
-        }
-        EXPECT_EQ(open.completed, std::vector<bool>{saved});
-        if (!saved) {
-            std::size_t i = 0;
-            for (const char* name : {"VGAHEAD.TST", "VGAGRAPH.TST", "VGADICT.TST"})
-                EXPECT_EQ(open.set.folder.Read(name), before[i++]) << name;
-            EXPECT_EQ(open.Load(6), EndScreen());
-            EXPECT_TRUE(open.graph.SaveVGAGraph());
-        }
-        clsVGAGraph again;
-        ASSERT_TRUE(again.InitializeGraphics());
-        ByteArray bytes;
-        ASSERT_TRUE(again.LoadTessaro(11, bytes));
-        EXPECT_EQ(bytes, Hex("0102030405"));
-    }
-}
-
 TEST(VgaGraph, OpeningNeedsItsFilesWhole) {
     struct Row {
         const char* file;
@@ -472,26 +296,6 @@ TEST(VgaGraph, A98GraphSet) {
     EXPECT_TRUE(graph.LoadWolfPicture(3, bytes, height, width));  // 8 x 2: as large as it should be
     EXPECT_FALSE(graph.LoadWolfPicture(5, bytes, height, width));
     EXPECT_EQ(user.boxes.size(), 1u);
-}
-
-TEST(VgaGraph, DictionariesOfTheHost) {
-    OpenSet open;
-    SharedStore().compileDictionary = open.set.dictionary;
-    EXPECT_EQ(open.graph.GetCompressedSize(Hex("010203")), 4);
-    ByteArray data = Noise(100);
-    std::int32_t bits = 0;
-    for (const std::uint8_t byte : data)
-        bits += open.graph.GetByteHuffLength(byte);
-    EXPECT_EQ(open.graph.GetCompressedSize(data), 5 + bits / 8);
-    EXPECT_FALSE(open.graph.BuildVGADICT(std::vector<std::int32_t>(255)));
-
-    const std::vector<std::int32_t> counts(256, 3);
-    const ByteArray before = open.set.folder.Read("VGADICT.TST");
-    ASSERT_TRUE(open.graph.BuildVGADICT(counts));
-    EXPECT_EQ(open.set.folder.Read("VGADICT.TST"), WriteDictionary(SharedStore().builtDictionary));
-    EXPECT_EQ(open.set.folder.Read("backup/VGADICT.TST.001"), before);
-    EXPECT_EQ(SharedStore().byteCounts[255], 3);
-    EXPECT_EQ(SharedStore().expandDictionary, open.set.dictionary);
 }
 
 }  // namespace

@@ -159,20 +159,25 @@ TEST_F(MapSave, KeepsTheOldFilesWhenANameIsTooLong) {
     EXPECT_EQ(maps_.MapName(1), "Seven");
 }
 
-TEST_F(MapSave, StopsWhenAHandlerChangesTheListOfMaps) {
-    for (const std::int32_t at : {1, 2}) {
-        maps_.SaveStatus = [&](std::int32_t chunk, std::int32_t) {
-            if (chunk == at)
-                maps_.RemoveMap(1);
-        };
+TEST_F(MapSave, KeepsItsHandlersFromChangingWhatItReliesOn) {
+    maps_.SaveStatus = [&](std::int32_t, std::int32_t) {
+        user_.boxes.clear();
+        maps_.RemoveMap(1);
+        maps_.AddMap(0);
+        EXPECT_FALSE(maps_.ResizeMap(0, 8, 8, 1));
+        EXPECT_FALSE(maps_.ImportMap(0, folder_.Write("A.MAP", {})));
+        EXPECT_FALSE(maps_.Initialize());
         EXPECT_FALSE(maps_.SaveMapFile());
-        EXPECT_EQ(events_.back(), "failed");
-        EXPECT_EQ(folder_.Read("GAMEMAPS.TST"), test::SmallData());
-        EXPECT_EQ(folder_.Read("MAPHEAD.TST"), test::SmallHeader());
-        maps_.SaveStatus = nullptr;
-        maps_.CloseFile();
-        ASSERT_TRUE(maps_.Initialize());
-    }
+        EXPECT_EQ(user_.boxes.size(), 6u);
+    };
+    bool again = false;
+    maps_.SaveComplete = [&](bool success) { again = success && maps_.Initialize(); };
+    EXPECT_TRUE(maps_.SaveMapFile());
+    EXPECT_TRUE(again) << "the set is written by then";
+    EXPECT_EQ(folder_.Read("GAMEMAPS.TST"), test::SmallData());
+    EXPECT_EQ(folder_.Read("MAPHEAD.TST"), test::SmallHeader());
+    maps_.RemoveMap(1);
+    EXPECT_EQ(maps_.NumberOfMaps(), 1);
 }
 
 TEST_F(MapSave, RefusesWhatWouldNotReadBack) {

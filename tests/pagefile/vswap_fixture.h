@@ -94,4 +94,42 @@ protected:
     ScriptedUserInterface ui_;
 };
 
+/// The same, with what a save does recorded.
+class VSwapSave : public VSwapFixture {
+protected:
+    void Open(const ByteArray& file) {
+        folder_.Write("VSWAP.TST", file);
+        ASSERT_TRUE(set_.Initialize());
+        set_.SaveStatus = [this](std::int32_t chunk, std::int32_t total) {
+            events_.push_back(std::to_string(chunk) + "/" + std::to_string(total));
+        };
+        set_.SaveError = [this](std::int32_t chunk, enmChunkType kind) {
+            events_.push_back("error " + std::to_string(kind) + ":" + std::to_string(chunk));
+        };
+        set_.SaveComplete = [this](bool success) {
+            events_.push_back(success ? "done" : "failed");
+        };
+    }
+
+    std::vector<ByteArray> Reread() {
+        clsVSwap again;
+        EXPECT_TRUE(again.Initialize());
+        return AllItems(again);
+    }
+
+    /// Every file of the data folder and of the backups but the log.
+    std::vector<std::pair<std::string, ByteArray>> Files() const {
+        std::vector<std::pair<std::string, ByteArray>> files;
+        for (const std::string& folder : {folder_.Path(), folder_.File("backup")})
+            if (FolderExists(folder))
+                for (const std::string& name : ListFiles(folder, "*"))
+                    if (name != "Error.log")
+                        files.emplace_back(name, ReadWholeFile(JoinPath(folder, name)));
+        return files;
+    }
+
+    clsVSwap set_;
+    std::vector<std::string> events_;
+};
+
 }  // namespace tessaro::test

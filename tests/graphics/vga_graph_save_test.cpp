@@ -1,0 +1,178 @@
+// A small VGA set: saving, and the dictionaries that it is compressed with.
+#include "graphics/small_vga_set.h"
+
+namespace tessaro {
+namespace {
+
+using test::BuiltChunk;
+using test::DemoBytes;
+using test::EndScreen;
+using test::Hex;
+using test::Noise;
+using test::OpenSet;
+using test::VgaChunks;
+
+TEST(VgaGraph, SavingKeepsWhatNobodyReplaced) {
+    OpenSet open;
+    const auto header = open.set.folder.Read("VGAHEAD.TST");
+    const auto data = open.set.folder.Read("VGAGRAPH.TST");
+    ASSERT_TRUE(open.graph.SaveVGAGraph());
+    EXPECT_EQ(open.set.folder.Read("VGAHEAD.TST"), header);
+    EXPECT_EQ(open.set.folder.Read("VGAGRAPH.TST"), data);
+    EXPECT_EQ(open.steps, 14);
+    EXPECT_EQ(open.completed, std::vector<bool>{true});
+
+    open.graph.SetChunkData(8, Hex("AABBCCDD"));  // sparse no longer
+    open.graph.SetChunkData(11, Hex("55"));       // shorter than what a chunk usually holds
+    open.graph.NumberOfChunks(16);
+    ASSERT_TRUE(open.graph.SaveVGAGraph());
+    clsVGAGraph again;
+    ASSERT_TRUE(again.InitializeGraphics());
+    EXPECT_EQ(again.NumberOfChunks(), 16);
+    for (clsVGAGraph* reader : {&open.graph, &again}) {
+        ByteArray bytes;
+        ASSERT_TRUE(reader->LoadTessaro(8, bytes));
+        EXPECT_EQ(bytes, Hex("AABBCCDD"));
+        ASSERT_TRUE(reader->LoadTessaro(11, bytes));
+        EXPECT_EQ(bytes, Hex("55"));
+        ASSERT_TRUE(reader->LoadTessaro(9, bytes));
+        EXPECT_EQ(bytes, DemoBytes(5));
+        ASSERT_TRUE(reader->LoadTessaro(15, bytes));
+        EXPECT_EQ(bytes, ByteArray(1));
+    }
+    open.graph.CloseFile();
+    again.NumberOfChunks(7);
+    ASSERT_TRUE(again.SaveVGAGraph());
+    ASSERT_TRUE(again.InitializeGraphics());
+    EXPECT_EQ(again.NumberOfChunks(), 7);
+    EXPECT_EQ(again.ChunkDataType(6), vgEndScreen);
+    EXPECT_TRUE(open.user.boxes.empty());
+}
+
+TEST(VgaGraph, ASaveKeepsItsHandlersFromChangingTheSet) {
+    OpenSet open;
+    const auto data = open.set.folder.Read("VGAGRAPH.TST");
+    open.graph.SaveStatus = [&](std::int32_t, std::int32_t) {
+        open.user.boxes.clear();
+        open.graph.NumberOfChunks(3);
+        open.graph.SetChunkData(2, Hex("01"));
+        open.graph.ChunkDataType(2, vgFont);
+        open.graph.CloseFile();
+        EXPECT_FALSE(open.graph.InitializeGraphics());
+        EXPECT_FALSE(open.graph.SaveVGAGraph());
+        EXPECT_EQ(open.user.boxes.size(), 6u);
+    };
+    EXPECT_TRUE(open.graph.SaveVGAGraph());
+    EXPECT_EQ(open.completed, std::vector<bool>{true});
+    EXPECT_EQ(open.set.folder.Read("VGAGRAPH.TST"), data);
+    open.graph.NumberOfChunks(3);
+    EXPECT_EQ(open.graph.NumberOfChunks(), 3);
+}
+
+TEST(VgaGraph, AnotherDictionaryMeansCompressingAgain) {
+    OpenSet open;
+    std::array<std::int32_t, 256> counts{};
+    for (std::size_t i = 0; i < counts.size(); ++i)
+        counts[i] = static_cast<std::int32_t>(i) + 1;
+    SharedStore().compileDictionary = Huffmanize(counts);
+    SharedStore().compileDictionaryLoaded = true;
+    SharedStore().compileExtension = "NEW";  // elsewhere: the container stays on its files
+    ASSERT_TRUE(open.graph.SaveVGAGraph());
+    EXPECT_EQ(open.set.folder.Read("VGADICT.NEW"),
+              WriteDictionary(SharedStore().compileDictionary));
+    const ByteArray picture = open.Load(3);
+
+    Store& store = SharedStore();
+    for (std::string* path : {&store.vgaHeaderFile, &store.vgaGraphFile, &store.vgaDictFile})
+        path->replace(path->size() - 3, 3, "NEW");
+    clsVGAGraph again;
+    ASSERT_TRUE(again.InitializeGraphics());
+    const std::vector<BuiltChunk> chunks = VgaChunks();
+    for (std::size_t i = 0; i < chunks.size(); ++i) {
+        if (chunks[i].sparse || chunks[i].plain)
+            continue;
+        ByteArray bytes;
+        ASSERT_TRUE(again.LoadTessaro(static_cast<std::int32_t>(i), bytes));
+        EXPECT_EQ(bytes, chunks[i].bytes) << i;
+    }
+    EXPECT_EQ(open.Load(3), picture);
+
+    // A value without a code would be lost silently.
+    store.compileDictionary[0] = store.compileDictionary[1];
+    EXPECT_FALSE(open.graph.SaveVGAGraph());
+    EXPECT_EQ(open.completed, (std::vector<bool>{true, false}));
+    ASSERT_EQ(open.errors.size(), 1u);
+    EXPECT_NE(open.errors[0].find("no code"), std::string::npos) << open.errors[0];
+}
+
+TEST(VgaGraph, ASaveThatIsNotPermittedDoesNothing) {
+    OpenSet open;
+    const auto before = ListFiles(open.set.folder.Path(), "*");
+    SharedStore().canCompileVGAGraph = false;
+    EXPECT_FALSE(open.graph.SaveVGAGraph());
+    EXPECT_EQ(open.completed, std::vector<bool>{false});
+    EXPECT_NE(open.LastBox().find("cannot be saved"), std::string::npos);
+    SharedStore().canCompileVGAGraph = true;
+    SharedStore().outputFolder.clear();
+    EXPECT_FALSE(open.graph.SaveVGAGraph());
+    DeleteFileAt(open.set.folder.File("Error.log"));
+    EXPECT_EQ(ListFiles(open.set.folder.Path(), "*"), before);
+}
+
+// Whichever file operation fails, the old files are there and the edit is kept for the next save.
+TEST(VgaGraph, FaultLadder) {
+    for (int failAt = 1;; ++failAt) {
+        SCOPED_TRACE(failAt);
+        ASSERT_LT(failAt, 200);
+        OpenSet open;
+        open.graph.SetChunkData(11, Hex("0102030405"));
+        std::vector<ByteArray> before;
+        for (const char* name : {"VGAHEAD.TST", "VGAGRAPH.TST", "VGADICT.TST"})
+            before.push_back(open.set.folder.Read(name));
+        bool saved = false;
+        {
+            const test::FailingFiles failing(failAt);
+            saved = open.graph.SaveVGAGraph();
+            if (!failing.Failed()) {
+                EXPECT_TRUE(saved);
+                break;
+            }
+        }
+        EXPECT_EQ(open.completed, std::vector<bool>{saved});
+        if (!saved) {
+            std::size_t i = 0;
+            for (const char* name : {"VGAHEAD.TST", "VGAGRAPH.TST", "VGADICT.TST"})
+                EXPECT_EQ(open.set.folder.Read(name), before[i++]) << name;
+            EXPECT_EQ(open.Load(6), EndScreen());
+            EXPECT_TRUE(open.graph.SaveVGAGraph());
+        }
+        clsVGAGraph again;
+        ASSERT_TRUE(again.InitializeGraphics());
+        ByteArray bytes;
+        ASSERT_TRUE(again.LoadTessaro(11, bytes));
+        EXPECT_EQ(bytes, Hex("0102030405"));
+    }
+}
+
+TEST(VgaGraph, DictionariesOfTheHost) {
+    OpenSet open;
+    SharedStore().compileDictionary = open.set.dictionary;
+    EXPECT_EQ(open.graph.GetCompressedSize(Hex("010203")), 4);
+    ByteArray data = Noise(100);
+    std::int32_t bits = 0;
+    for (const std::uint8_t byte : data)
+        bits += open.graph.GetByteHuffLength(byte);
+    EXPECT_EQ(open.graph.GetCompressedSize(data), 5 + bits / 8);
+    EXPECT_FALSE(open.graph.BuildVGADICT(std::vector<std::int32_t>(255)));
+
+    const std::vector<std::int32_t> counts(256, 3);
+    const ByteArray before = open.set.folder.Read("VGADICT.TST");
+    ASSERT_TRUE(open.graph.BuildVGADICT(counts));
+    EXPECT_EQ(open.set.folder.Read("VGADICT.TST"), WriteDictionary(SharedStore().builtDictionary));
+    EXPECT_EQ(open.set.folder.Read("backup/VGADICT.TST.001"), before);
+    EXPECT_EQ(SharedStore().byteCounts[255], 3);
+    EXPECT_EQ(SharedStore().expandDictionary, open.set.dictionary);
+}
+
+}  // namespace
+}  // namespace tessaro
