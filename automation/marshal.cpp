@@ -81,6 +81,12 @@ private:
     SAFEARRAY* array_;
 };
 
+/// A host that is going through an array holds it locked.
+void RefuseLocked(const SAFEARRAY* array) {
+    if (array && array->cLocks != 0)
+        throw Refusal{DISP_E_ARRAYISLOCKED};
+}
+
 template <class T>
 void NumbersFromVariant(const VARIANT& source, std::vector<T>& numbers) {
     const VARIANT& variant = Resolved(source);
@@ -197,8 +203,11 @@ void FromVariant(const VARIANT& source, std::string& text) {
 VARIANT* Receiver(VARIANT* target, VARTYPE wanted) {
     while (target->vt == (VT_BYREF | VT_VARIANT))
         target = Required(target->pvarVal);
-    if (!(target->vt & VT_BYREF))
+    if (!(target->vt & VT_BYREF)) {
+        if (target->vt & VT_ARRAY)
+            RefuseLocked(target->parray);
         return target;
+    }
     const VARTYPE type = target->vt & ~VT_BYREF;
     const bool holdsVariants = type == (VT_ARRAY | VT_VARIANT) && wanted != VT_I4;
     if (type != wanted && !holdsVariants)
@@ -209,13 +218,18 @@ VARIANT* Receiver(VARIANT* target, VARTYPE wanted) {
         const SAFEARRAY* array = *Required(target->pparray);
         if (array && (array->fFeatures & kKept))
             throw Refusal{DISP_E_TYPEMISMATCH};
+        RefuseLocked(array);
     }
+    if (type == VT_RECORD && !(target->pvRecord && IsSpriteHead(target->pRecInfo)))
+        throw Refusal{DISP_E_TYPEMISMATCH};
     return target;
 }
 
-bool WantsVariants(const VARIANT* receiver) {
-    return receiver->vt & VT_BYREF ? receiver->vt == (VT_BYREF | VT_ARRAY | VT_VARIANT)
-                                   : VariantArrays();
+bool WantsVariants(const VARIANT* receiver, VARTYPE wanted) {
+    // An array of arrays holds variants in any case.
+    if ((receiver->vt & VT_BYREF) && wanted != (VT_ARRAY | VT_VARIANT))
+        return receiver->vt == (VT_BYREF | VT_ARRAY | VT_VARIANT);
+    return VariantArrays();
 }
 
 void HandOver(VARIANT* receiver, Variant&& value) {
@@ -226,8 +240,6 @@ void HandOver(VARIANT* receiver, Variant&& value) {
         Check(SafeArrayDestroy(*receiver->pparray));
         *receiver->pparray = value.Release().parray;
     } else if (receiver->vt == (VT_BYREF | VT_RECORD)) {
-        if (!Required(receiver->pRecInfo)->IsMatchingType(value->pRecInfo))
-            throw Refusal{DISP_E_TYPEMISMATCH};
         Check(receiver->pRecInfo->RecordCopy(value->pvRecord, receiver->pvRecord));
     } else {
         *receiver->plVal = value->lVal;

@@ -85,13 +85,15 @@ void FromVariant(const VARIANT& variant, std::string& text);
 /// What an [in, out] variant of the host is, underneath: the variant that receives an item of the
 /// type `wanted` (VT_ARRAY with an element type, VT_RECORD or VT_I4). A plain variant receives
 /// anything. A reference is refused, before the operation runs, where it leads to anything but an
-/// item of that type or an array of variants, or to an array that cannot be replaced.
+/// item of that type or an array of variants, or to an array or a record that cannot be replaced.
 VARIANT* Receiver(VARIANT* target, VARTYPE wanted);
 /// Puts `value` into a receiver: replaces a plain variant's content, or what it refers to.
 void HandOver(VARIANT* receiver, Variant&& value);
-/// Whether the receiver takes arrays of variants: a reference as its type says, a plain variant as
-/// the setting says.
-bool WantsVariants(const VARIANT* receiver);
+/// Whether the receiver takes variants for elements that are handed out as `wanted`: where a
+/// reference's type tells, as it says, otherwise as the setting says.
+bool WantsVariants(const VARIANT* receiver, VARTYPE wanted);
+/// Whether that is the record that a typSpriteHead is handed out as.
+bool IsSpriteHead(IRecordInfo* record);
 
 /// What an item is handed out as.
 template <class Item>
@@ -204,7 +206,7 @@ public:
     T& Inner() { return value_; }
     void HandBack(bool succeeded) {
         if (succeeded || HoldsSomething())
-            HandOver(receiver_, ToVariant(value_, WantsVariants(receiver_)));
+            HandOver(receiver_, ToVariant(value_, WantsVariants(receiver_, kHandedOutAs<T>)));
     }
 
 private:

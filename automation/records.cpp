@@ -49,6 +49,10 @@ std::vector<T> ToVector(const std::array<T, N>& values) {
 
 }  // namespace
 
+bool IsSpriteHead(IRecordInfo* record) {
+    return record && record->IsMatchingType(RecordInfo(L"typSpriteHead").Get());
+}
+
 Variant ToVariant(const typSpriteHead& head, bool asVariants) {
     const std::vector<std::int16_t> fields = {head.Width, head.Height, head.OrgX,
                                               head.OrgY,  head.Rx1,    head.Ry1,

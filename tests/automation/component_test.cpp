@@ -177,8 +177,7 @@ TEST_F(Component, BadArgumentsAreRefusedAndChangeNothing) {
     EXPECT_EQ(BytesOf(out), Hex("01 02"));
 
     // Refused by the operation itself: False, and the argument as it was.
-    test::Visitor visitor(L"clsPalette.CreatePaletteFileData Error",
-                          [](HWND box) { test::Press(box, IDOK); });
+    test::Visitor visitor(L"clsPalette.CreatePaletteFileData Error", test::Accept);
     EXPECT_EQ(palette->CreatePaletteFileData(::ptXWE, Bytes(Hex("00")), &out, &done), S_OK);
     EXPECT_TRUE(visitor.Wait());
     EXPECT_EQ(done, VARIANT_FALSE);
@@ -201,6 +200,10 @@ TEST_F(Component, BadArgumentsAreRefusedAndChangeNothing) {
     for (VARIANT& receiver : receivers)
         EXPECT_EQ(palette->CreatePaletteFileData(::ptXWE, Bytes(Hex("00")), &receiver, &done),
                   DISP_E_TYPEMISMATCH);
+    SafeArrayLock(out.parray);  // as while a script goes through it
+    EXPECT_EQ(palette->CreatePaletteFileData(::ptXWE, Bytes(Hex("00")), &out, &done),
+              DISP_E_ARRAYISLOCKED);
+    SafeArrayUnlock(out.parray);
     EXPECT_EQ(Call(palette.Get(), L"NoSuchMember", {}, nullptr), DISP_E_UNKNOWNNAME);
     EXPECT_EQ(Call(palette.Get(), L"Color", {}, nullptr, DISPATCH_PROPERTYGET),
               DISP_E_BADPARAMCOUNT);

@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "automation/component_host.h"
+#include "automation/windows_visitor.h"
 #include "support/sample_game.h"
 #include "tessaro/tessaro.h"
 
@@ -89,6 +90,7 @@ TEST_F(ComponentGame, MapsAreReadEditedExportedAndSavedAlike) {
     EXPECT_TRUE(expected.ExportMap(1, folder.File("TWO.MAP"), true, type));
     maps->ExportMap(1, Text(own.File("TWO.MAP")), VARIANT_TRUE, &comType, &done);
     EXPECT_EQ(static_cast<int>(comType), static_cast<int>(type));
+    ExpectSameFile("TWO.MAP");
 
     LONG clipboard = 0;
     maps->ImportMapsForClipboard(Text(own.File("TWO.MAP")), &clipboard);
@@ -97,7 +99,16 @@ TEST_F(ComponentGame, MapsAreReadEditedExportedAndSavedAlike) {
     Text name(std::string("before"));
     LONG width = 0, height = 0;
     maps->GetClipboardMap(0, &planes, &width, &height, name.Out());
-    EXPECT_EQ(name.Ascii().substr(0, 5), expected.MapName(1).substr(0, 5));
+    EXPECT_EQ(expected.ImportMapsForClipboard(folder.File("TWO.MAP")), 1);
+    typMapPlane expectedPlanes;
+    std::int32_t expectedWidth = 0, expectedHeight = 0;
+    std::string expectedName;
+    expected.GetClipboardMap(0, expectedPlanes, expectedWidth, expectedHeight, expectedName);
+    EXPECT_EQ(name.Ascii(), expectedName);
+    EXPECT_EQ(width, expectedWidth);
+    EXPECT_EQ(height, expectedHeight);
+    EXPECT_EQ(NumbersOf(static_cast<const VARIANT*>(planes.parray->pvData)[1]),
+              expectedPlanes.Plane.at(1).Grid);
 
     EXPECT_TRUE(expected.SetMapCode(1, 1, 3, 4, 77));
     maps->SetMapCode(1, 1, 3, 4, 77, &done);
@@ -252,6 +263,47 @@ TEST_F(ComponentGame, ASpriteOfThe16ColourGameComesWithItsRecord) {
               S_OK);
     EXPECT_EQ(mine.Height, head.Height);
     EXPECT_EQ(mine.Shifts, head.Shifts);
+}
+
+TEST_F(ComponentGame, TheFormAndItsBoxesBelongToTheHostsWindow) {
+    Open(sample::MakeSampleGame());
+    Ref<IGameMaps> maps = Create<IGameMaps>(L"Tessaro.clsGameMaps");
+    ASSERT_EQ(maps->Initialize(&done), S_OK);
+    const HWND host = CreateWindowW(L"STATIC", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 200,
+                                    100, nullptr, nullptr, nullptr, nullptr);
+    const HWND child = CreateWindowW(L"STATIC", L"", WS_CHILD | WS_VISIBLE, 0, 0, 50, 50, host,
+                                     nullptr, nullptr, nullptr);
+    Var handle(static_cast<LONG>(reinterpret_cast<LONG_PTR>(child))), back;
+    ASSERT_EQ(version->put_OwnerWindow(handle), S_OK);
+    ASSERT_EQ(version->get_OwnerWindow(&back), S_OK);
+    EXPECT_EQ(back.lVal, handle.lVal);
+
+    HWND formOwner = nullptr, form = nullptr, boxOwner = nullptr;
+    BOOL enabled = TRUE;
+    test::Visitor user(L"iPhone Map File Settings", [&](HWND window) {
+        form = window;
+        formOwner = GetWindow(window, GW_OWNER);
+        enabled = IsWindowEnabled(host);
+        test::Type(window, 100, L" ");
+        test::Press(window, IDOK);
+        const HWND box = test::WaitForWindow(L"Missing Value");
+        boxOwner = GetWindow(box, GW_OWNER);
+        test::Accept(box);
+        test::WaitUntilGone(box);
+        test::Type(window, 100, L"Of the host");
+        test::Press(window, IDOK);
+    });
+    auto type = ::mftiPhoneMapFile;
+    EXPECT_EQ(maps->ExportMap(0, Text(own.File("MAP.IPH")), VARIANT_TRUE, &type, &done), S_OK);
+    EXPECT_TRUE(user.Wait());
+    version->put_OwnerWindow(Var(0));
+    DestroyWindow(host);
+    EXPECT_EQ(done, VARIANT_TRUE);
+    EXPECT_EQ(formOwner, host);
+    EXPECT_FALSE(enabled);
+    EXPECT_EQ(boxOwner, form);
+    const ByteArray file = own.Read("MAP.IPH");
+    EXPECT_EQ(std::string(file.begin() + 49, file.begin() + 60), "Of the host");
 }
 
 TEST_F(ComponentGame, NamedAndTypedArgumentsFindTheirPlaces) {

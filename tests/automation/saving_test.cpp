@@ -148,7 +148,7 @@ TEST_F(ComponentAudio, AnObjectThatIsLetGoInAnEventLivesUntilTheSaveEnds) {
 TEST_F(ComponentAudio, AFailureIsReportedAndNothingThrownLeavesTheDll) {
     Var out = Bytes(Hex("07"));
     LONG size = 9;
-    test::Visitor visitor(L"clsAudioT.LoadChunk Error", [](HWND box) { test::Press(box, IDOK); });
+    test::Visitor visitor(L"clsAudioT.LoadChunk Error", test::Accept);
     EXPECT_EQ(audio->LoadChunk(99, &out, &size, &done), S_OK);
     EXPECT_TRUE(visitor.Wait());
     EXPECT_EQ(done, VARIANT_FALSE);
@@ -157,7 +157,7 @@ TEST_F(ComponentAudio, AFailureIsReportedAndNothingThrownLeavesTheDll) {
 
     // A log that cannot be written has nowhere to be reported to.
     version->put_AppPath(Text(folder.File("no such folder")));
-    test::Visitor second(L"clsAudioT.LoadChunk Error", [](HWND box) { test::Press(box, IDOK); });
+    test::Visitor second(L"clsAudioT.LoadChunk Error", test::Accept);
     EXPECT_EQ(audio->LoadChunk(99, &out, &size, &done),
               static_cast<HRESULT>(0x800A0000 | kPathNotFound));
     EXPECT_TRUE(second.Wait());

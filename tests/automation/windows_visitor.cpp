@@ -3,15 +3,26 @@
 namespace tessaro::test {
 namespace {
 
-/// Whether it comes true within ten seconds.
+/// Whether it comes true within a minute.
 bool Eventually(const std::function<bool()>& condition) {
-    constexpr int kPollMilliseconds = 20;
-    for (int poll = 0; poll < 500; ++poll) {
+    const ULONGLONG end = GetTickCount64() + 60'000;
+    do {
         if (condition())
             return true;
-        Sleep(kPollMilliseconds);
-    }
+        Sleep(20);
+    } while (GetTickCount64() < end);
     return false;
+}
+
+void CloseEverything() {
+    const auto close = [](HWND window, LPARAM) -> BOOL {
+        DWORD process = 0;
+        GetWindowThreadProcessId(window, &process);
+        if (process == GetCurrentProcessId() && IsWindowVisible(window))
+            PostMessageW(window, WM_CLOSE, 0, 0);
+        return TRUE;
+    };
+    EnumWindows(close, 0);
 }
 
 HWND FocusedWindow(HWND window) {
@@ -54,12 +65,17 @@ void Type(HWND window, int id, const std::wstring& text) {
         SendMessageW(control, WM_CHAR, static_cast<WPARAM>(key), 1);
 }
 
+void Accept(HWND box) {
+    const WORD button = LOWORD(SendMessageW(box, DM_GETDEFID, 0, 0));
+    PostMessageW(box, WM_COMMAND, button, reinterpret_cast<LPARAM>(GetDlgItem(box, button)));
+}
+
 void Press(HWND window, int id) {
     PostMessageW(GetDlgItem(window, id), BM_CLICK, 0, 0);
 }
 
-void WaitForFocus(HWND window) {
-    Eventually([window] { return GetParent(FocusedWindow(window)) == window; });
+bool WaitForFocus(HWND window) {
+    return Eventually([window] { return GetParent(FocusedWindow(window)) == window; });
 }
 
 int Focused(HWND window) {
@@ -85,6 +101,8 @@ Visitor::Visitor(std::wstring caption, std::function<void(HWND)> act)
           found_ = window != nullptr;
           if (found_)
               act(window);
+          else
+              CloseEverything();
       }) {}
 
 bool Visitor::Wait() {

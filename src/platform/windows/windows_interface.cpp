@@ -85,9 +85,10 @@ public:
 HWND Owner() {
     // Windows belong to top-level windows; the host may have named a window within one.
     const HWND host = hostWindow ? GetAncestor(hostWindow, GA_ROOT) : nullptr;
-    // A box over one of the library's own forms belongs to the form.
+    // While something modal is open over the host, the library's own form or a dialog of the
+    // host's, the host is disabled and the box belongs to that.
     const HWND active = GetActiveWindow();
-    return host && !(active && GetWindow(active, GW_OWNER) == host) ? host : active;
+    return host && (IsWindowEnabled(host) || !active) ? host : active;
 }
 
 void* OwnerWindow() {
