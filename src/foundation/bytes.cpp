@@ -1,5 +1,7 @@
 #include "foundation/bytes.h"
 
+#include <bit>
+
 namespace tessaro {
 
 std::size_t ByteReader::EndInstead() const {
@@ -20,6 +22,16 @@ void ByteWriter::U16s(std::span<const std::uint16_t> values) {
     for (const std::uint16_t value : values) {
         *at++ = static_cast<std::uint8_t>(value);
         *at++ = static_cast<std::uint8_t>(value >> 8);
+    }
+}
+
+void ByteWriter::U32s(std::span<const std::uint32_t> values) {
+    if constexpr (std::endian::native == std::endian::little) {
+        const auto* first = reinterpret_cast<const std::uint8_t*>(values.data());
+        Bytes({first, values.size_bytes()});
+    } else {
+        for (const std::uint32_t value : values)
+            U32(value);
     }
 }
 

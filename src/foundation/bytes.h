@@ -88,6 +88,7 @@ public:
     void I32(std::int32_t value) { Number<4>(static_cast<std::uint32_t>(value)); }
     void U32(std::uint32_t value) { Number<4>(value); }
     void U16s(std::span<const std::uint16_t> values);
+    void U32s(std::span<const std::uint32_t> values);
     void Bytes(ByteSpan bytes) { bytes_.insert(bytes_.end(), bytes.begin(), bytes.end()); }
     void Text(std::string_view text) { bytes_.insert(bytes_.end(), text.begin(), text.end()); }
     /// Exactly `size` bytes: the text, then zeros. A longer text fails (number 5).

@@ -26,7 +26,7 @@ using Block = std::array<Lane, kBlock>;
 /// One perfect shuffle of the 256 bytes: the highest bit of a byte's index becomes the lowest.
 /// Four of them exchange rows and columns. Written out, the block stays in registers.
 template <std::size_t... I>
-Block Shuffled(const Block& from, std::index_sequence<I...>) {
+[[gnu::always_inline]] inline Block Shuffled(const Block& from, std::index_sequence<I...>) {
     Block to;
     ((to[2 * I] = InterleavedLow(from[I], from[I + kBlock / 2]),
       to[2 * I + 1] = InterleavedHigh(from[I], from[I + kBlock / 2])),

@@ -9,14 +9,18 @@
 
 namespace tessaro {
 
-/// The pixels stored so far. It finds what a search from the first byte on finds, and need not
-/// search for most runs that are new: three of their bytes in a row have not been seen before.
+/// The pixels stored so far. It finds what a search from the first byte on finds. Where three bytes
+/// in a row were first stored tells of most new runs that they are new, and of the others where to
+/// begin to search.
 class SearchablePool {
 public:
     static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
 
     /// Takes memory for so many bytes at once.
-    explicit SearchablePool(std::size_t size) { bytes_.reserve(size); }
+    explicit SearchablePool(std::size_t size) {
+        bytes_.reserve(size);
+        firstPlaces_.fill(kUnseen);
+    }
 
     /// The lowest position of the run among the bytes stored; kNone when it is not there. Only
     /// stored bytes take part: a match with a byte yet to be written would come out wrong. A run
@@ -37,11 +41,15 @@ private:
         return key >> 8 | std::uint32_t{byte} << 16;
     }
     static std::size_t Slot(std::uint32_t key) { return (key * 2654435761u) >> (32 - kSlotBits); }
-    bool MayHold(ByteSpan run) const;
+    /// A position before which the run does not begin; kNone where it is not there at all.
+    std::size_t LowerBound(ByteSpan run) const;
 
     ByteArray bytes_;
     std::uint32_t key_ = 0;
-    std::array<bool, 1u << kSlotBits> seen_{};  ///< false: no three bytes of this slot are stored
+    static constexpr std::uint16_t kUnseen = 0xFFFF;
+    static constexpr std::size_t kLatest = kUnseen - 1;
+    /// Where the first three bytes of a slot begin, or earlier.
+    std::array<std::uint16_t, 1u << kSlotBits> firstPlaces_;
 };
 
 }  // namespace tessaro
