@@ -160,6 +160,24 @@ TEST_F(ComponentGame, PagesAreReadReplacedAndSavedAlike) {
     ExpectSameFile("VSWAP.LKP");
 }
 
+TEST_F(ComponentGame, ASaveThatFailsNamesItsItem) {
+    Open(sample::MakeSampleGame());
+    Ref<IVSwap> pages = Create<IVSwap>(L"Tessaro.clsVSwap");
+    ASSERT_EQ(pages->Initialize(&done), S_OK);
+    const ByteArray before = own.Read("VSWAP.LKP");
+    pages->SetChunkData(1, Bytes(ByteArray(60)));  // no image of 256 colours
+    test::RecordingSink sink(__uuidof(IVSwapEvents));
+    const test::Connection connection(pages.Get(), sink, __uuidof(IVSwapEvents));
+    test::Visitor visitor(L"clsVSWAP.SaveVSwap Error", test::Accept);
+    EXPECT_EQ(pages->SaveVSwap(::vcGood, &done), S_OK);
+    EXPECT_TRUE(visitor.Wait());
+    EXPECT_EQ(done, VARIANT_FALSE);
+    ASSERT_EQ(sink.seen.size(), 3U);
+    EXPECT_EQ(sink.seen[1], "SaveError 1 " + std::to_string(ctWall));
+    EXPECT_EQ(sink.seen[2], "SaveComplete False");
+    EXPECT_EQ(own.Read("VSWAP.LKP"), before);
+}
+
 TEST_F(ComponentGame, GraphicsAndTheirRecordsAreReadAlike) {
     Open(sample::MakeSampleGame());
     clsVGAGraph expected;
