@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,8 @@ namespace tessaro {
 
 /// A zero-based array of unsigned bytes; most items cross the interface in this form.
 using ByteArray = std::vector<std::uint8_t>;
+/// Bytes that somebody else keeps.
+using ByteSpan = std::span<const std::uint8_t>;
 
 /// Raised once for each item written; `Chunk` counts from 1. A handler may read from the container.
 /// Opening a set, changing the number of items or a map's size, with clsVGAGraph changing a chunk,

@@ -9,8 +9,8 @@
 #include "audio/audio_file.h"
 #include "foundation/dictionary.h"
 #include "foundation/guard.h"
-#include "foundation/replace_files.h"
-#include "foundation/saving.h"
+#include "saving/replace_files.h"
+#include "saving/saving_flag.h"
 #include "platform/file.h"
 
 namespace tessaro {

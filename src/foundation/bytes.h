@@ -15,8 +15,6 @@
 
 namespace tessaro {
 
-using ByteSpan = std::span<const std::uint8_t>;
-
 /// What reading beyond the last byte means is part of each format: most reads fail (number 9),
 /// some tables take missing bytes as zero.
 enum class PastEnd { Fails, ReadsZero };

@@ -3,7 +3,7 @@
 
 #include "foundation/code_page.h"
 #include "foundation/guard.h"
-#include "foundation/replace_files.h"
+#include "saving/replace_files.h"
 #include "graphics/chunk_expander.h"
 #include "graphics/huffman.h"
 #include "graphics/mod_huffman.h"

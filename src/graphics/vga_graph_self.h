@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "foundation/saving.h"
+#include "saving/saving_flag.h"
 #include "graphics/graphics_header.h"
 #include "graphics/graphics_set.h"
 #include "platform/file.h"

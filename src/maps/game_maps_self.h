@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "foundation/bytes.h"
-#include "foundation/saving.h"
+#include "saving/saving_flag.h"
 #include "maps/carmack.h"
 #include "maps/length_prefix.h"
 #include "maps/map_record.h"

@@ -1,7 +1,7 @@
 // Saving: everything is converted and laid out in memory first, so that the old files are read
 // whole before any of them moves.
 #include "foundation/guard.h"
-#include "foundation/replace_files.h"
+#include "saving/replace_files.h"
 #include "foundation/store.h"
 #include "foundation/wav_image.h"
 #include "pagefile/column_images.h"

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "foundation/saving.h"
+#include "saving/saving_flag.h"
 #include "pagefile/page_index.h"
 #include "tessaro/vswap.h"
 

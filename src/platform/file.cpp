@@ -1,6 +1,5 @@
 #include "platform/file.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -8,10 +7,6 @@ namespace tessaro {
 namespace {
 
 thread_local std::function<void(FileOperation, const std::string&)> operationHook;
-
-char UpperCase(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
 
 int SeekStream(std::FILE* stream, std::int64_t offset, int origin) {
 #ifdef _WIN32
@@ -51,6 +46,7 @@ Failure FailureFromErrno(int error, const std::string& path) {
         case ENOTDIR:
             return Failure(kPathNotFound);
         case EACCES:
+        case EEXIST:
         case EPERM:
         case EROFS:
             return Failure(kPermissionDenied);
@@ -198,49 +194,6 @@ void DeleteFileAt(const std::string& path) {
     CallFileOperationHook(FileOperation::Delete, name);
     if (std::remove(name.c_str()) != 0)
         throw FailureFromErrno(errno, name);
-}
-
-std::string JoinPath(const std::string& folder, std::string_view name) {
-    return (folder + kPathSeparator).append(name);
-}
-
-std::size_t LastSeparator(std::string_view path) {
-#ifdef _WIN32
-    return path.find_last_of("\\/");
-#else
-    return path.rfind('/');
-#endif
-}
-
-bool SameName(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return UpperCase(x) == UpperCase(y); });
-}
-
-std::string UpperCase(std::string_view text) {
-    std::string upper(text);
-    std::transform(upper.begin(), upper.end(), upper.begin(), [](char c) { return UpperCase(c); });
-    return upper;
-}
-
-bool MatchesPattern(std::string_view name, std::string_view pattern) {
-    std::size_t n = 0, p = 0, star = std::string_view::npos, resume = 0;
-    while (n < name.size()) {
-        if (p < pattern.size() && pattern[p] == '*') {
-            star = p++;
-            resume = n;
-        } else if (p < pattern.size() &&
-                   (pattern[p] == '?' || UpperCase(pattern[p]) == UpperCase(name[n]))) {
-            ++p;
-            ++n;
-        } else if (star != std::string_view::npos) {
-            p = star + 1;
-            n = ++resume;
-        } else {
-            return false;
-        }
-    }
-    return pattern.find_first_not_of('*', p) == std::string_view::npos;
 }
 
 }  // namespace tessaro

@@ -11,16 +11,11 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/names.h"
 #include "tessaro/failure.h"
 #include "tessaro/types.h"
 
 namespace tessaro {
-
-#ifdef _WIN32
-inline constexpr char kPathSeparator = '\\';
-#else
-inline constexpr char kPathSeparator = '/';
-#endif
 
 enum class FileMode {
     Read,
@@ -83,16 +78,6 @@ ByteArray ReadWholeFile(const std::string& path);
 /// Creates or replaces a file; checks everything up to the close.
 void WriteWholeFile(const std::string& path, std::span<const std::uint8_t> bytes);
 
-/// Folder and name with the system's separator between them.
-std::string JoinPath(const std::string& folder, std::string_view name);
-/// The position of the separator that ends the folder part; npos without one. On Windows either
-/// kind of slash ends it.
-std::size_t LastSeparator(std::string_view path);
-
-/// Compares names as the games' systems do: without regard to the case of A to Z.
-bool SameName(std::string_view a, std::string_view b);
-std::string UpperCase(std::string_view text);
-
 /// What the file layer is about to do, for tests that make it fail.
 enum class FileOperation { Open, Read, Write, Close, Delete, Move, CreateFolder };
 
@@ -107,7 +92,5 @@ Failure FailureFromErrno(int error, const std::string& path);
 std::string ResolveCase(const std::string& path);
 /// Whether two paths name one file, however each of them spells it.
 bool SameFile(const std::string& a, const std::string& b);
-/// Whether a name matches a pattern with `*` and `?`, without regard to case.
-bool MatchesPattern(std::string_view name, std::string_view pattern);
 
 }  // namespace tessaro

@@ -3,7 +3,7 @@
 #include <regex>
 
 #include "foundation/guard.h"
-#include "foundation/replace_files.h"
+#include "saving/replace_files.h"
 #include "foundation/store.h"
 #include "platform/system.h"
 #include "support/support.h"

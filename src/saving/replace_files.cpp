@@ -1,4 +1,4 @@
-#include "foundation/replace_files.h"
+#include "saving/replace_files.h"
 
 #include "foundation/guard.h"
 #include "foundation/store.h"

@@ -1,17 +1,11 @@
 // The last step of the saves: complete new files take the places of old ones, all or none.
 #pragma once
 
-#include <string>
 #include <vector>
 
-#include "tessaro/types.h"
+#include "saving/new_file.h"
 
 namespace tessaro {
-
-struct NewFile {
-    std::string path;
-    ByteArray content;
-};
 
 /// Writes each file complete beside its place (under its name with ".new" appended), backs up the
 /// old ones that exist under one number, and moves the new ones in. The caller has closed its own
