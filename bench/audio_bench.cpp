@@ -5,7 +5,7 @@
 #include <random>
 
 #include "audio/audio_file.h"
-#include "graphics/huffman.h"
+#include "huffman/huffman.h"
 #include "literal/huffman_literal.h"
 
 namespace tessaro {

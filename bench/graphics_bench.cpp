@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "foundation/dictionary.h"
+#include "huffman/dictionary.h"
 #include "graphics/graphics_header.h"
-#include "graphics/huffman.h"
+#include "huffman/huffman.h"
 #include "literal/huffman_literal.h"
 #include "platform/file.h"
 

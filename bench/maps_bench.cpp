@@ -49,8 +49,8 @@ Planes RealPlanes() {
         return planes;
     const std::string folder = JoinPath(data, "wl1");
     SharedStore() = {};
-    SharedStore().mapHeaderFile = JoinPath(folder, "MAPHEAD.WL1");
-    SharedStore().gameMapsFile = JoinPath(folder, "GAMEMAPS.WL1");
+    ConfiguredGame().mapHeaderFile = JoinPath(folder, "MAPHEAD.WL1");
+    ConfiguredGame().gameMapsFile = JoinPath(folder, "GAMEMAPS.WL1");
     clsGameMaps maps;
     if (!maps.Initialize())
         return planes;
@@ -151,11 +151,11 @@ public:
         std::filesystem::create_directory(folder_);
         SharedStore() = {};
         SharedStore().appPath = folder_;
-        SharedStore().backupFolder = JoinPath(folder_, "backup");
-        SharedStore().gameMapsFile = JoinPath(folder_, "GAMEMAPS.TST");
-        SharedStore().mapHeaderFile = JoinPath(folder_, "MAPHEAD.TST");
-        WriteWholeFile(SharedStore().gameMapsFile, {});
-        WriteWholeFile(SharedStore().mapHeaderFile, {});
+        ConfiguredGame().backupFolder = JoinPath(folder_, "backup");
+        ConfiguredGame().gameMapsFile = JoinPath(folder_, "GAMEMAPS.TST");
+        ConfiguredGame().mapHeaderFile = JoinPath(folder_, "MAPHEAD.TST");
+        WriteWholeFile(ConfiguredGame().gameMapsFile, {});
+        WriteWholeFile(ConfiguredGame().mapHeaderFile, {});
         literal::PlaneMaker make(60);
         auto& self = GameMapsInternals::SelfOf(maps);
         self.compileRlewTag = kTag;
@@ -183,7 +183,7 @@ void SaveMapSet(benchmark::State& state) {
         if (!set.maps.SaveMapFile())
             state.SkipWithError("the save failed");
         state.PauseTiming();
-        std::filesystem::remove_all(SharedStore().backupFolder);
+        std::filesystem::remove_all(ConfiguredGame().backupFolder);
         state.ResumeTiming();
     }
     Count(state, set.planes);

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "foundation/bmp_image.h"
+#include "images/bmp_image.h"
 #include "foundation/store.h"
 #include "literal/pagefile_literal.h"
 #include "pagefile/column_images.h"
@@ -194,11 +194,11 @@ void BM_SavePageFile(benchmark::State& state) {
     const std::filesystem::path folder =
         std::filesystem::temp_directory_path() / "tessaro-bench-pagefile";
     std::filesystem::create_directories(folder);
-    SharedStore().appPath = SharedStore().dataPath = SharedStore().outputFolder = folder.string();
-    SharedStore().backupFolder = (folder / "backup").string();
-    SharedStore().dataExtension = "WL1";
-    SharedStore().compileExtension = "OUT";
-    SharedStore().vswapFile = set->path;
+    SharedStore().appPath = ConfiguredGame().dataPath = ConfiguredGame().outputFolder = folder.string();
+    ConfiguredGame().backupFolder = (folder / "backup").string();
+    ConfiguredGame().dataExtension = "WL1";
+    ConfiguredGame().compileExtension = "OUT";
+    ConfiguredGame().vswapFile = set->path;
     const std::filesystem::path output = folder / "VSWAP.OUT";
     clsVSwap container;
     if (!container.Initialize())

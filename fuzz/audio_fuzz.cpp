@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 #include "audio/audio_file.h"
-#include "graphics/huffman.h"
+#include "huffman/huffman.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Whatever an image's bytes are, stripping it ends in rows of its own bytes or in a Failure.
 #include <cstdlib>
 
-#include "foundation/bmp_image.h"
+#include "images/bmp_image.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     try {

@@ -5,7 +5,7 @@
 #include "graphics/chunk_content.h"
 #include "graphics/chunk_expander.h"
 #include "graphics/graphics_header.h"
-#include "graphics/huffman.h"
+#include "huffman/huffman.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <cstdlib>
 
 #include "../bench/literal/huffman_literal.h"
-#include "foundation/dictionary.h"
-#include "graphics/huffman.h"
+#include "huffman/dictionary.h"
+#include "huffman/huffman.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tessaro;

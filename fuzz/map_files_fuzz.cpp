@@ -53,11 +53,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::filesystem::remove(JoinPath(folder.path, "Error.log"));
     SetUserInterface(&silent);
     SharedStore().appPath = folder.path;
-    SharedStore().mapsAreVersion10 = (front & 0x8000) != 0;
-    SharedStore().mapHeaderFile = JoinPath(folder.path, "header");
-    SharedStore().gameMapsFile = JoinPath(folder.path, "data");
-    WriteWholeFile(SharedStore().mapHeaderFile, header);
-    WriteWholeFile(SharedStore().gameMapsFile, in.Take(in.Remaining()));
+    ConfiguredGame().mapsAreVersion10 = (front & 0x8000) != 0;
+    ConfiguredGame().mapHeaderFile = JoinPath(folder.path, "header");
+    ConfiguredGame().gameMapsFile = JoinPath(folder.path, "data");
+    WriteWholeFile(ConfiguredGame().mapHeaderFile, header);
+    WriteWholeFile(ConfiguredGame().gameMapsFile, in.Take(in.Remaining()));
 
     clsGameMaps maps;
     if (!maps.Initialize())

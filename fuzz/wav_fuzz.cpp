@@ -1,7 +1,7 @@
 // Whatever an image's bytes are, reading it ends in samples out of its own bytes or in a Failure.
 #include <cstdlib>
 
-#include "foundation/wav_image.h"
+#include "images/wav_image.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     try {

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "foundation/bytes.h"
-#include "foundation/dictionary.h"
-#include "graphics/huffman.h"
+#include "huffman/dictionary.h"
+#include "huffman/huffman.h"
 #include "sample/sounds.h"
 
 namespace tessaro::sample {

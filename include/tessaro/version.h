@@ -1,9 +1,11 @@
 // clsVersion: the project configuration that every container reads.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "tessaro/export.h"
+#include "tessaro/files.h"
 #include "tessaro/types.h"
 
 namespace tessaro {
@@ -38,6 +40,12 @@ public:
     ///         search ended (the name tried last stays) and reports nothing but unexpected
     ///         failures, such as an unreadable folder.
     bool LoadDataPath(const std::string& DataPath);
+
+    /// Where the next LoadDataPath looks and what the game found there is read from and saved to:
+    /// the system's disks, unless a host gives a port of its own. Another port is another game.
+    /// The error log and palette files stay on the disk. Null stands for DiskFiles().
+    std::shared_ptr<tessaro::Files> Files() const;
+    void Files(std::shared_ptr<tessaro::Files> NewValue);
 
     /// Reads the first 1024 bytes of `NewFile` as the dictionary that graphics are compiled with,
     /// from now until the next LoadDataPath. A missing, short or unreadable file is reported, and

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "graphics/huffman.h"
+#include "huffman/huffman.h"
 
 namespace tessaro {
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "foundation/bytes.h"
-#include "foundation/store.h"
+#include "foundation/huff_dictionary.h"
 
 namespace tessaro {
 

@@ -7,11 +7,12 @@
 #include <utility>
 
 #include "audio/audio_file.h"
-#include "foundation/dictionary.h"
 #include "foundation/guard.h"
+#include "foundation/store.h"
+#include "huffman/dictionary.h"
+#include "platform/file.h"
 #include "saving/replace_files.h"
 #include "saving/saving_flag.h"
-#include "platform/file.h"
 
 namespace tessaro {
 namespace {
@@ -68,7 +69,7 @@ struct clsAudioT::Self {
 
 bool clsAudioT::Self::LoadHuffman() {
     return Guarded("clsAudioT.LoadHuffman", [&] {
-        Store& store = SharedStore();
+        Game& store = ConfiguredGame();
         if (!store.audioIsCompressed)
             return true;
         if (!FileExists(store.audioDictFile))
@@ -80,8 +81,8 @@ bool clsAudioT::Self::LoadHuffman() {
 
 bool clsAudioT::Self::LoadHeader() {
     return Guarded("clsAudioT.LoadHeader", [&] {
-        auto read = ReadAudioHeader(ReadWholeFile(SharedStore().audioHeaderFile));
-        const auto start = FindStartMusic(read, SharedStore().egaGraphics);
+        auto read = ReadAudioHeader(ReadWholeFile(ConfiguredGame().audioHeaderFile));
+        const auto start = FindStartMusic(read, ConfiguredGame().egaGraphics);
         if (!start)
             throw Failure(kStartMusicNotFound, "Could not determine starting music chunk.");
         offsets = std::move(read);
@@ -128,8 +129,8 @@ void clsAudioT::Self::WriteChunk(std::int32_t chunk, Written& out) {
     out.offsets.push_back(Narrow<std::int32_t>(out.data.Position()));
     if (edit == replaced.end())
         out.data.Bytes(StoredBytes(chunk));
-    else if (SharedStore().audioIsCompressed)
-        out.data.Bytes(CompressAudioChunk(edit->second, SharedStore().audioDictionary));
+    else if (ConfiguredGame().audioIsCompressed)
+        out.data.Bytes(CompressAudioChunk(edit->second, ConfiguredGame().audioDictionary));
     else
         out.data.Bytes(edit->second);
 }
@@ -161,9 +162,9 @@ bool clsAudioT::Self::Save(const SaveStatusEvent& saveStatus, const SaveErrorEve
         throw Failure(kInvalidProcedureCall, "No audio is loaded.");
     std::int32_t chunk = 0;
     try {
-        const Store& store = SharedStore();
-        const std::string headerOut = modGlobal::OutputPath(store.audioHeaderFile);
-        const std::string dataOut = modGlobal::OutputPath(store.audioDataFile);
+        const Game& store = ConfiguredGame();
+        const std::string headerOut = ConfiguredGame().OutputPath(store.audioHeaderFile);
+        const std::string dataOut = ConfiguredGame().OutputPath(store.audioDataFile);
         const bool inPlace = SameFile(dataOut, dataPath);  // the offsets follow the file they name
         const SavingFlag::Scope scope(saving);
         Written out = WriteAll(saveStatus, chunk);
@@ -193,7 +194,7 @@ bool clsAudioT::InitializeMusic() {
         *self_ = Self();
         if (!self_->LoadHuffman() || !self_->LoadHeader())
             return false;
-        self_->dataPath = SharedStore().audioDataFile;
+        self_->dataPath = ConfiguredGame().audioDataFile;
         try {
             self_->data = File(self_->dataPath, FileMode::Read);
         } catch (...) {
@@ -218,8 +219,8 @@ bool clsAudioT::LoadChunk(std::int32_t Chunk, ByteArray& Data, std::int32_t& SIZ
             throw Failure(0, "Tried to load sparse data at chunk " + std::to_string(Chunk));
         } else {
             bytes = self_->StoredBytes(Chunk);
-            if (SharedStore().audioIsCompressed)
-                bytes = ExpandAudioChunk(std::move(bytes), SharedStore().audioDictionary);
+            if (ConfiguredGame().audioIsCompressed)
+                bytes = ExpandAudioChunk(std::move(bytes), ConfiguredGame().audioDictionary);
         }
         SIZE = Narrow<std::int32_t>(bytes.size());
         Data = std::move(bytes);

@@ -13,7 +13,7 @@ namespace tessaro::modGlobal {
 namespace {
 
 std::string BackupPath(const std::string& fileName, std::int32_t number) {
-    std::string path = JoinPath(SharedStore().backupFolder, fileName);
+    std::string path = JoinPath(ConfiguredGame().backupFolder, fileName);
     if (number >= 1) {
         std::array<char, 16> suffix{};
         std::snprintf(suffix.data(), suffix.size(), ".%03d", static_cast<int>(number));
@@ -31,10 +31,12 @@ void AppendToLog(std::string_view procedure, const Failure& failure) {
     entry += "Description: " + failure.Description + "\r\n";
     entry += std::string(52, '-') + "\r\n";
 
-    File log(JoinPath(SharedStore().appPath, "Error.log"), FileMode::Update);
-    log.Seek(log.Size());
-    log.Write({reinterpret_cast<const std::uint8_t*>(entry.data()), entry.size()});
-    log.Close();
+    std::string folder = SharedStore().appPath;
+    if (folder.empty())  // a thread on which no clsVersion was created
+        folder = DefaultAppPath();
+    DiskFiles()->Append(JoinPath(folder, "Error.log"),
+                        {reinterpret_cast<const std::uint8_t*>(entry.data()), entry.size()},
+                        Flushed::No);
 }
 
 }  // namespace
@@ -44,7 +46,7 @@ void SetErrorState(const Failure& failure) {
 }
 
 void ReportError(std::string_view procedure) {
-    const Failure failure = SharedStore().errorState;
+    const Failure failure = std::exchange(SharedStore().errorState, Failure(0, ""));
     std::string message = "Error " + std::to_string(failure.Number) + " in ";
     message += procedure;
     if (failure.Line > 0)
@@ -65,12 +67,11 @@ void ReportError(std::string_view procedure) {
     }
     CurrentUserInterface().MsgBox(message, style, title, helpFile, helpContext);
     AppendToLog(procedure, failure);
-    SharedStore().errorState = Failure(0, "");
 }
 
 void EnsureBackupFolder() {
-    if (!FolderExists(SharedStore().backupFolder))
-        CreateFolder(SharedStore().backupFolder);
+    if (!FolderExists(ConfiguredGame().backupFolder))
+        CreateFolder(ConfiguredGame().backupFolder);
 }
 
 std::int32_t NextBackupNumber(const std::vector<std::string>& fileNames) {
@@ -102,7 +103,7 @@ bool BackupFile(const std::string& path, std::int32_t number) {
     } catch (...) {
         Failure failure = CurrentFailure();
         failure.Description =
-            "Folder: " + SharedStore().backupFolder + "\r\n\r\n" + failure.Description;
+            "Folder: " + ConfiguredGame().backupFolder + "\r\n\r\n" + failure.Description;
         SetErrorState(failure);
     }
     ReportError("modGlobal.BackupFile");
@@ -132,16 +133,6 @@ std::string FileNameFromPath(std::string_view path, bool dropExtension) {
         name.resize(point);
     }
     return name;
-}
-
-std::string OutputPath(const std::string& inputPath) {
-    const Store& store = SharedStore();
-    if (store.outputFolder.empty())
-        throw Failure(kPathNotFound, "No output folder is set.");
-    if (store.compileExtension.empty())
-        throw Failure(kBadFileNameOrNumber, "No compile extension is set.");
-    return JoinPath(store.outputFolder,
-                    FileNameFromPath(inputPath, true) + "." + store.compileExtension);
 }
 
 }  // namespace tessaro::modGlobal

@@ -36,8 +36,4 @@ bool RestoreFile(const std::string& path, std::int32_t number);
 /// The part of a path behind its last separator, cut before its first point where asked.
 std::string FileNameFromPath(std::string_view path, bool dropExtension);
 
-/// The path that a container writes a configured input file to: OutputFolder, its base name and
-/// CompileExtension. Fails where one of the two settings is empty.
-std::string OutputPath(const std::string& inputPath);
-
 }  // namespace tessaro::modGlobal

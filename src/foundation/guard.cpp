@@ -21,4 +21,22 @@ Failure CurrentFailure() {
     }
 }
 
+std::string CurrentProcedure(std::string_view procedure) {
+    try {
+        throw;
+    } catch (const StepFailure& failure) {
+        return failure.Procedure();
+    } catch (...) {
+        return std::string(procedure);
+    }
+}
+
+void Report(std::string_view procedure, const Failure& failure) {
+    try {
+        modGlobal::SetErrorState(failure);
+        modGlobal::ReportError(procedure);
+    } catch (...) {
+    }
+}
+
 }  // namespace tessaro

@@ -43,7 +43,7 @@ void clsVGAGraph::Self::Resize(std::int32_t chunks) {
     constexpr std::int32_t kMostChunks = 65535;
     if (chunks == set.Count())
         return;
-    if (!SharedStore().canAddOrRemoveChunks)
+    if (!ConfiguredGame().canAddOrRemoveChunks)
         throw Failure(kInvalidProcedureCall, "Chunks cannot be added or removed in this game.");
     if (chunks < 1 || chunks > kMostChunks)
         throw Failure(kInvalidProcedureCall);
@@ -85,10 +85,10 @@ void clsVGAGraph::NumberOfFonts(std::int32_t NewValue) {
     self_->set.numberOfFonts = NewValue;
 }
 bool clsVGAGraph::EGAGraphics() const {
-    return SharedStore().egaGraphics;
+    return ConfiguredGame().egaGraphics;
 }
 void clsVGAGraph::EGAGraphics(bool NewValue) {
-    SharedStore().egaGraphics = NewValue;
+    ConfiguredGame().egaGraphics = NewValue;
 }
 bool clsVGAGraph::J98Mode() const {
     return self_->j98Mode;

@@ -19,7 +19,7 @@ bool clsVGAGraph::Self::LoadWolfFonts() {
             if (!Cache(chunk))
                 throw Failure(1608, "Error loading font #" + std::to_string(number));
             const bool parsed = Guarded("clsVGAGraph.ParseFontData", [&] {
-                fonts.push_back(ReadFont(Data(chunk), SharedStore().egaGraphics));
+                fonts.push_back(ReadFont(Data(chunk), ConfiguredGame().egaGraphics));
                 return true;
             });
             if (!parsed) {
@@ -34,7 +34,7 @@ bool clsVGAGraph::Self::LoadWolfFonts() {
 
 bool clsVGAGraph::ParseFontData(const ByteArray& FontData, typFont& Font) {
     return Guarded("clsVGAGraph.ParseFontData", [&] {
-        Font = ReadFont(FontData, SharedStore().egaGraphics);
+        Font = ReadFont(FontData, ConfiguredGame().egaGraphics);
         return true;
     });
 }

@@ -7,8 +7,8 @@
 #include "graphics/chunk_content.h"
 #include "graphics/chunk_expander.h"
 #include "graphics/fonts.h"
-#include "graphics/huffman.h"
 #include "graphics/vga_graph_self.h"
+#include "huffman/huffman.h"
 
 namespace tessaro {
 namespace {
@@ -34,7 +34,7 @@ clsVGAGraph::Self clsVGAGraph::Self::Fresh() const {
 }
 
 void clsVGAGraph::Self::ProbeGame() const {
-    Store& store = SharedStore();
+    Game& store = ConfiguredGame();
     const auto anyExists = [&](std::initializer_list<const char*> names) {
         return std::ranges::any_of(
             names, [&](const char* name) { return FileExists(JoinPath(store.dataPath, name)); });
@@ -55,7 +55,7 @@ void clsVGAGraph::Self::ProbeGame() const {
 
 bool clsVGAGraph::Self::LoadHuffman() {
     return Guarded("clsVGAGraph.LoadHuffman", [&] {
-        Store& store = SharedStore();
+        Game& store = ConfiguredGame();
         if (!FileExists(store.vgaDictFile))
             throw Failure(1, "Huffman dictionary file not found.");
         File dictionary(store.vgaDictFile, FileMode::Read);
@@ -69,7 +69,7 @@ bool clsVGAGraph::Self::LoadHeader() {
     return Guarded("clsVGAGraph.LoadHeader", [&] {
         constexpr std::size_t kMostChunks = 1'000'000;
         constexpr std::int64_t kMostOverlap = 4;
-        const Store& store = SharedStore();
+        const Game& store = ConfiguredGame();
         offsets = ReadGraphicsHeader(ReadWholeFile(store.vgaHeaderFile),
                                      store.graphicsHeaderEntrySize, set.j98);
         if (offsets.size() > kMostChunks)
@@ -125,7 +125,7 @@ void clsVGAGraph::Self::TypeJ98Chunks() {
 /// Looks for the fonts below chunk `limit` and returns the number of tables before them. A
 /// 16-colour set has up to three tables.
 std::int32_t clsVGAGraph::Self::FindFonts(std::int32_t limit) {
-    const bool ega = SharedStore().egaGraphics;
+    const bool ega = ConfiguredGame().egaGraphics;
     const auto isFont = [&](std::int32_t chunk) {
         const std::optional<ByteArray> stored = StoredAtOpening(static_cast<std::size_t>(chunk));
         return stored && LooksLikeFont(ExpandChunk(*stored, set.dictionary), ega);
@@ -174,7 +174,7 @@ void clsVGAGraph::Self::TypeTables(std::int32_t tables) {
 
 bool clsVGAGraph::Self::LoadPictureDimensions() {
     return Guarded("clsVGAGraph.LoadPictureDimensions", [&] {
-        const bool ega = SharedStore().egaGraphics;
+        const bool ega = ConfiguredGame().egaGraphics;
         const ByteArray stored = ReadStored(0);
         if (set.j98) {
             SlotOf(0).data = ExpandGraphicsChunk(set, ega, 0, stored);
@@ -209,7 +209,7 @@ bool clsVGAGraph::Self::LoadPictureDimensions() {
 // expands each tile whole by its type.
 bool clsVGAGraph::Self::LoadNonPictureData() {
     return Guarded("clsVGAGraph.LoadNonPictureData", [&] {
-        const bool ega = SharedStore().egaGraphics;
+        const bool ega = ConfiguredGame().egaGraphics;
         std::optional<Failure> firstFailure;
         for (std::int32_t chunk = 1; chunk < set.Count(); ++chunk) {
             if (set.TypeOf(chunk) != vgUnknown)
@@ -252,7 +252,6 @@ bool clsVGAGraph::InitializeGraphics() {
         if (!opened.Open())
             return false;
         *self_ = std::move(opened);
-        SharedStore().graphicsLoaded = true;
         return true;
     });
 }
@@ -287,7 +286,8 @@ bool clsVGAGraph::Self::Cache(std::int32_t chunk) {
         return true;
     });
     return read && Guarded("clsVGAGraph.ExpandGraphicsChunk", [&] {
-               ByteArray bytes = ExpandGraphicsChunk(set, SharedStore().egaGraphics, chunk, stored);
+               ByteArray bytes =
+                   ExpandGraphicsChunk(set, ConfiguredGame().egaGraphics, chunk, stored);
                if (IsText(set.TypeOf(chunk)))
                    bytes = modCodePage::BytesFromDosCodePage(bytes);
                slot.data = std::move(bytes);

@@ -1,20 +1,20 @@
 // Palettes, pictures, tiles and sprites as callers see them.
 #include <algorithm>
 
-#include "foundation/bmp_image.h"
 #include "foundation/guard.h"
 #include "graphics/area_names.h"
 #include "graphics/chunk_expander.h"
 #include "graphics/picture_planes.h"
 #include "graphics/tiles.h"
 #include "graphics/vga_graph_self.h"
+#include "images/bmp_image.h"
 
 namespace tessaro {
 namespace {
 
 /// Linear pixels as a BMP image in the depth of the current mode.
 ByteArray MakeImage(ByteSpan pixels, std::int32_t width, std::int32_t height) {
-    if (!SharedStore().egaGraphics)
+    if (!ConfiguredGame().egaGraphics)
         return modAddBMPHeader::AddBMPHeader(width, height, pixels, false);
     return modAddBMPHeader::AddBMPHeader(width, height, PackHalfBytes(pixels, width, height),
                                          false);
@@ -105,7 +105,7 @@ void clsVGAGraph::SetPaletteToChunk(std::int32_t ChunkNum) {
 bool clsVGAGraph::LoadWolfPicture(std::int32_t Chunk, ByteArray& Data, std::int32_t& Height,
                                   std::int32_t& Width, bool ForcePaletteLoad) {
     return Guarded("clsVGAGraph.LoadWolfPicture", [&] {
-        const bool ega = SharedStore().egaGraphics;
+        const bool ega = ConfiguredGame().egaGraphics;
         const enmVGRAGRAPHTypes type = self_->set.TypeOf(Chunk);
         if (type != vgPicture && type != vgBMPMask && type != vgTile16)
             RefuseType();
@@ -161,7 +161,7 @@ bool clsVGAGraph::LoadCompleteTile8(ByteArray& Data, std::int32_t& Height, std::
         if (!self_->Cache(chunk))
             return false;
         const TileLayout& layout = self_->set.tile8;
-        const TileForm form = SharedStore().egaGraphics ? TileForm::Ega : TileForm::Vga;
+        const TileForm form = ConfiguredGame().egaGraphics ? TileForm::Ega : TileForm::Vga;
         const ByteArray sheet = TileSheet(self_->Data(chunk), form, layout.wide, layout.high);
         Data = MakeImage(sheet, 8 * layout.wide, 8 * layout.high);
         Height = 8 * layout.high;

@@ -1,7 +1,6 @@
 // Data from the host in place of stored ones: as they are, or converted from a BMP image.
 #include <algorithm>
 
-#include "foundation/bmp_image.h"
 #include "foundation/guard.h"
 #include "graphics/chunk_content.h"
 #include "graphics/chunk_expander.h"
@@ -9,6 +8,7 @@
 #include "graphics/picture_planes.h"
 #include "graphics/tiles.h"
 #include "graphics/vga_graph_self.h"
+#include "images/bmp_image.h"
 
 namespace tessaro {
 namespace {
@@ -82,7 +82,7 @@ void clsVGAGraph::Self::ResizePicture(std::int32_t chunk, PictureSize size) {
     PictureSize& entry = SizeOf(chunk);
     if (entry.width == size.width && entry.height == size.height)
         return;
-    const bool ega = SharedStore().egaGraphics;
+    const bool ega = ConfiguredGame().egaGraphics;
     if (!Cache(0))
         throw Failure(kSubscriptOutOfRange);
     Slot& table = SlotOf(0);
@@ -99,7 +99,7 @@ void clsVGAGraph::Self::ResizePicture(std::int32_t chunk, PictureSize size) {
 
 /// The expanded form of what a BMP image shows.
 ByteArray clsVGAGraph::Self::StoredForm(std::int32_t chunk, const ByteArray& image) {
-    const bool ega = SharedStore().egaGraphics;
+    const bool ega = ConfiguredGame().egaGraphics;
     const Pixels pixels = PixelsFromImage(image);
     const auto sheet = [&](TileForm form, std::int32_t wide, std::int32_t high) {
         RequireSize(pixels.size, {8 * wide, 8 * high});
@@ -148,7 +148,7 @@ ByteArray clsVGAGraph::Self::StoredForm(std::int32_t chunk, const ByteArray& ima
 }
 
 void clsVGAGraph::Self::Replace(std::int32_t chunk, const ByteArray& data) {
-    const bool ega = SharedStore().egaGraphics;
+    const bool ega = ConfiguredGame().egaGraphics;
     const enmVGRAGRAPHTypes type = set.TypeOf(chunk);
     ByteArray bytes = IsBMPImage(data) && TakesImages(type) ? StoredForm(chunk, data) : data;
     if (type == vgUnknown || type == vgSparse)

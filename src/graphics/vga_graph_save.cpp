@@ -3,11 +3,11 @@
 
 #include "foundation/code_page.h"
 #include "foundation/guard.h"
-#include "saving/replace_files.h"
 #include "graphics/chunk_expander.h"
-#include "graphics/huffman.h"
-#include "graphics/mod_huffman.h"
 #include "graphics/vga_graph_self.h"
+#include "huffman/huffman.h"
+#include "huffman/mod_huffman.h"
+#include "saving/replace_files.h"
 
 namespace tessaro {
 namespace {
@@ -34,12 +34,12 @@ ByteArray Compress(ByteSpan bytes, bool bare, const HuffDictionary& dictionary) 
 }  // namespace
 
 std::int32_t clsVGAGraph::GetByteHuffLength(std::uint8_t Value) {
-    return modHuffmanExpand::DetermineHuffLength(Value, SharedStore().compileDictionary);
+    return modHuffmanExpand::DetermineHuffLength(Value, ConfiguredGame().compileDictionary);
 }
 
 std::int32_t clsVGAGraph::GetCompressedSize(const ByteArray& Data) {
     ByteArray compressed;
-    if (!modHuffmanExpand::HuffCompress(Data, compressed, SharedStore().compileDictionary))
+    if (!modHuffmanExpand::HuffCompress(Data, compressed, ConfiguredGame().compileDictionary))
         return -1;
     return static_cast<std::int32_t>(compressed.size());
 }
@@ -52,9 +52,9 @@ bool clsVGAGraph::BuildVGADICT(const std::vector<std::int32_t>& Counts) {
         std::copy_n(Counts.begin(), counts.size(), counts.begin());
         if (!modHuffmanize::Huffmanize(counts))
             return false;
-        const Store& store = SharedStore();
-        if (!ReplaceFiles({{modGlobal::OutputPath(store.vgaDictFile),
-                            WriteDictionary(store.builtDictionary)}}))
+        const Game& store = ConfiguredGame();
+        if (!ReplaceFiles({{ConfiguredGame().OutputPath(store.vgaDictFile),
+                            WriteDictionary(SharedStore().builtDictionary)}}))
             throw Failure(kPathFileAccess, "The old dictionary could not be backed up.");
         return true;
     });
@@ -77,7 +77,7 @@ std::optional<ByteArray> clsVGAGraph::Self::Encode(std::int32_t chunk,
     if (SameCodes(dictionary, set.dictionary) || stored.size() < 5)
         return stored;
     // Only when it is expanded is it known for sure whether it has a length field.
-    const ByteArray bytes = ExpandWhole(set, SharedStore().egaGraphics, chunk, stored);
+    const ByteArray bytes = ExpandWhole(set, ConfiguredGame().egaGraphics, chunk, stored);
     return Compress(bytes, set.HasNoLengthField(chunk), dictionary);
 }
 
@@ -86,7 +86,7 @@ void clsVGAGraph::Self::Adopt(const std::vector<std::uint32_t>& newOffsets, std:
     offsets = newOffsets;
     dataSize = static_cast<std::int64_t>(newSize);
     set.dictionary = dictionary;
-    SharedStore().expandDictionary = dictionary;
+    ConfiguredGame().expandDictionary = dictionary;
     storedPictures = set.pictures;
     storedFonts = fonts;
     for (Slot& slot : slots) {
@@ -130,7 +130,7 @@ clsVGAGraph::Self::NewData clsVGAGraph::Self::EncodeAll(const HuffDictionary& di
 
 /// Everything is complete in memory before the first file moves.
 bool clsVGAGraph::Self::Save(const SaveStatusEvent& status, const SaveErrorEvent& error) {
-    const Store& store = SharedStore();
+    const Game& store = ConfiguredGame();
     if (!store.canCompileVGAGraph)
         throw Failure(kInvalidProcedureCall, "The graphics of this game cannot be saved.");
     if (set.Count() == 0)
@@ -139,16 +139,16 @@ bool clsVGAGraph::Self::Save(const SaveStatusEvent& status, const SaveErrorEvent
     try {
         const HuffDictionary dictionary =
             store.compileDictionaryLoaded ? store.compileDictionary : set.dictionary;
-        const std::string target = modGlobal::OutputPath(store.vgaGraphFile);
+        const std::string target = ConfiguredGame().OutputPath(store.vgaGraphFile);
         const bool inPlace = SameFile(target, dataPath);
         const SavingFlag::Scope scope(saving);
         NewData out = EncodeAll(dictionary, status, chunk);
         const std::size_t size = out.data.size();
         const std::vector<NewFile> files{
-            {modGlobal::OutputPath(store.vgaHeaderFile),
+            {ConfiguredGame().OutputPath(store.vgaHeaderFile),
              WriteGraphicsHeader(out.offsets, store.graphicsHeaderEntrySize)},
             {target, std::move(out.data)},
-            {modGlobal::OutputPath(store.vgaDictFile), WriteDictionary(dictionary)}};
+            {ConfiguredGame().OutputPath(store.vgaDictFile), WriteDictionary(dictionary)}};
         file.Release();
         if (!ReplaceFiles(files))
             throw Failure(kPathFileAccess, "The old graphics files could not be backed up.");

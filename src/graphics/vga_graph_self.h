@@ -5,10 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "saving/saving_flag.h"
+#include "foundation/store.h"
 #include "graphics/graphics_header.h"
 #include "graphics/graphics_set.h"
 #include "platform/file.h"
+#include "saving/saving_flag.h"
 #include "tessaro/vga_graph.h"
 
 namespace tessaro {

@@ -57,14 +57,14 @@ bool clsGameMaps::Self::LoadMapHeader() {
     return Guarded("clsGameMaps.LoadMapHeader", [&] {
         dataFile.Release();
         maps.clear();
-        const ByteArray headerFile = ReadWholeFile(SharedStore().mapHeaderFile);
+        const ByteArray headerFile = ReadWholeFile(ConfiguredGame().mapHeaderFile);
         ByteArray data(kMapSignatureSize);
         {
-            File file(SharedStore().gameMapsFile, FileMode::Read);
+            File file(ConfiguredGame().gameMapsFile, FileMode::Read);
             data.resize(file.Read(data));
         }
         if (HasExtendedLayout(data))
-            data = ReadWholeFile(SharedStore().gameMapsFile);
+            data = ReadWholeFile(ConfiguredGame().gameMapsFile);
 
         MapSetLayout set = ReadMapSetLayout(headerFile, data);
         input = set.layout;
@@ -89,7 +89,7 @@ bool clsGameMaps::Self::LoadMapData() {
     return Guarded("clsGameMaps.LoadMapData", [&] {
         if (maps.empty())
             throw Failure(kSubscriptOutOfRange);
-        dataFile = File(SharedStore().gameMapsFile, FileMode::Read);
+        dataFile = File(ConfiguredGame().gameMapsFile, FileMode::Read);
         for (std::size_t i = 0; i < maps.size(); ++i) {
             const ByteArray bytes =
                 dataFile.ReadAt(headerSlots[i], static_cast<std::int64_t>(input.RecordSize()));
@@ -113,7 +113,7 @@ bool clsGameMaps::Self::ReadPlane(MapItem& item, std::size_t plane, ByteArray& c
     const ByteArray bytes = dataFile.ReadAt(offset, stored);
     const auto tag = static_cast<std::uint16_t>(longRlewTag);
     std::int32_t fromPrefix = 0;
-    if (SharedStore().mapsAreVersion10)
+    if (ConfiguredGame().mapsAreVersion10)
         return RLEWExpand(tag, bytes, cellBytes, fromPrefix, item.corruption, Overrun::Cuts);
 
     ByteReader in(bytes);
@@ -145,7 +145,7 @@ bool clsGameMaps::Self::BringIn(std::int32_t mapNum) {
         if (!FitsMap(count, cells))
             throw Failure(kOutOfMemory);
         if (!dataFile.IsOpen())
-            dataFile = File(SharedStore().gameMapsFile, FileMode::Read);
+            dataFile = File(ConfiguredGame().gameMapsFile, FileMode::Read);
         item.corruption = clNone;
         typMapPlane planes;
         for (std::size_t plane = 0; plane < count; ++plane) {

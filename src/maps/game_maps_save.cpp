@@ -50,8 +50,8 @@ struct clsGameMaps::Self::Save {
         : host(maps),
           self(*maps.self_),
           layout{self.outputMapPlanes, self.outputMapNameSize, self.saveLengthsAsLong},
-          dataPath(ResolveCase(SharedStore().gameMapsFile)),
-          headerPath(ResolveCase(SharedStore().mapHeaderFile)) {}
+          dataPath(ResolveCase(ConfiguredGame().gameMapsFile)),
+          headerPath(ResolveCase(ConfiguredGame().mapHeaderFile)) {}
 
     void Run() {
         const SavingFlag::Scope scope(self.saving);
@@ -180,7 +180,7 @@ private:
         if (!self.RLEWCompress(static_cast<std::uint16_t>(self.compileRlewTag), cells, packed,
                                true))
             refuse(" has too few runs of equal cells to be compressed.");
-        if (!SharedStore().mapsAreVersion10) {
+        if (!ConfiguredGame().mapsAreVersion10) {
             needShort(packed.size(), kLongestSignedLength);  // read back with its sign
             if (!self.CarmackCompress(packed))
                 refuse(" could not be compressed.");
@@ -199,7 +199,7 @@ private:
     }
 
     void Replace() {
-        if (SharedStore().backupFolder.empty())
+        if (ConfiguredGame().backupFolder.empty())
             throw Failure(kPathNotFound, "No backup folder is set.");
         backupNumber =
             modGlobal::NextBackupNumber({modGlobal::FileNameFromPath(dataPath, false),

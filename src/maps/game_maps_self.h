@@ -6,13 +6,13 @@
 #include <vector>
 
 #include "foundation/bytes.h"
-#include "saving/saving_flag.h"
 #include "maps/carmack.h"
 #include "maps/length_prefix.h"
 #include "maps/map_record.h"
 #include "maps/plane_cells.h"
 #include "maps/rlew.h"
 #include "platform/file.h"
+#include "saving/saving_flag.h"
 #include "tessaro/game_maps.h"
 
 namespace tessaro {

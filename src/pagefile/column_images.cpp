@@ -3,7 +3,7 @@
 #include <array>
 #include <utility>
 
-#include "foundation/bmp_image.h"
+#include "images/bmp_image.h"
 #include "pagefile/lanes.h"
 
 namespace tessaro {

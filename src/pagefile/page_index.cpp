@@ -37,7 +37,7 @@ void PageIndex::IndexSounds() {
         sounds = ReadSoundList(Read(fileChunks - 1), SoundListForm::Short);
         WalkSounds(sounds, soundStart, SoundListForm::Short);
     }
-    Store& store = SharedStore();
+    Game& store = ConfiguredGame();
     extraPath = JoinPath(store.dataPath, "AUDIOMUS." + store.dataExtension);
     if (!FileExists(extraPath))
         extraPath.clear();
@@ -65,7 +65,7 @@ void PageIndex::IndexExtraFile() {
     if (!more.empty() && more.front().length == 0) {
         extraForm = SoundListForm::Long;
         more = ReadSoundList(list, extraForm);
-        SharedStore().readSoundLengthsAsLong = true;
+        ConfiguredGame().readSoundLengthsAsLong = true;
     }
     if (sounds.size() < 2) {
         if (!sounds.empty())

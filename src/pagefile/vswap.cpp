@@ -4,7 +4,7 @@
 
 #include "foundation/guard.h"
 #include "foundation/store.h"
-#include "foundation/wav_image.h"
+#include "images/wav_image.h"
 #include "pagefile/column_images.h"
 #include "pagefile/sprite_chunk.h"
 #include "pagefile/vswap_self.h"
@@ -102,8 +102,8 @@ bool clsVSwap::Initialize() {
     return Guarded("clsVSwap.Initialize", [&] {
         self_->saving.RefuseChange();
         *self_ = Self();
-        self_->outputPageSize = SharedStore().hiResOutput ? 16384 : 4096;
-        const std::string path = SharedStore().vswapFile;
+        self_->outputPageSize = ConfiguredGame().hiResOutput ? 16384 : 4096;
+        const std::string path = ConfiguredGame().vswapFile;
         if (path.empty() || !self_->LoadSwapFile(path))
             return false;
         self_->TakeOver();

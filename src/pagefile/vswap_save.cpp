@@ -1,12 +1,12 @@
 // Saving: everything is converted and laid out in memory first, so that the old files are read
 // whole before any of them moves.
 #include "foundation/guard.h"
-#include "saving/replace_files.h"
 #include "foundation/store.h"
-#include "foundation/wav_image.h"
+#include "images/wav_image.h"
 #include "pagefile/column_images.h"
 #include "pagefile/sprite_chunk.h"
 #include "pagefile/vswap_self.h"
+#include "saving/replace_files.h"
 
 namespace tessaro {
 namespace {
@@ -197,7 +197,7 @@ void PageFileSave::SaveSound() {
         if (const auto chunk = self_.index.SoundChunk(i))
             stored = self_.index.ReadSound(*chunk, self_.index.sounds[i].length);
     }
-    const bool anyLength = inExtraFile && SharedStore().readSoundLengthsAsLong;
+    const bool anyLength = inExtraFile && ConfiguredGame().readSoundLengthsAsLong;
     if (stored.bytes.size() > kLongestSound && !anyLength)
         Refuse(kSoundTooBig,
                "Sound data too big (" + std::to_string(stored.bytes.size()) +
@@ -229,9 +229,9 @@ void PageFileSave::StoreSound(bool inExtraFile, const StoredSound& sound) {
 std::vector<NewFile> PageFileSave::Build() {
     const SavingFlag::Scope scope(self_.saving);
     PageIndex& index = self_.index;
-    std::vector<NewFile> files{{modGlobal::OutputPath(index.path), {}}};
+    std::vector<NewFile> files{{ConfiguredGame().OutputPath(index.path), {}}};
     if (!index.extraPath.empty())
-        files.push_back({modGlobal::OutputPath(index.extraPath), {}});
+        files.push_back({ConfiguredGame().OutputPath(index.extraPath), {}});
 
     SaveAll(ctWall, self_.walls, [&] { SaveWall(); });
     // The first wall tells the size of the sprites to whoever reads the file.
@@ -254,8 +254,9 @@ std::vector<NewFile> PageFileSave::Build() {
         if (index.hasSoundList || !list_.empty())
             pageFile_.AddChunk(WriteSoundList(list_, SoundListForm::Short));
         if (extraFile_)
-            files[1].content = extraFile_->Assemble(
-                SharedStore().readSoundLengthsAsLong ? SoundListForm::Long : SoundListForm::Short);
+            files[1].content = extraFile_->Assemble(ConfiguredGame().readSoundLengthsAsLong
+                                                        ? SoundListForm::Long
+                                                        : SoundListForm::Short);
     }
     files[0].content = pageFile_.Assemble(spriteStart, soundStart);
     return files;

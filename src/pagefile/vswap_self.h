@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
-#include "saving/saving_flag.h"
 #include "pagefile/page_index.h"
+#include "saving/saving_flag.h"
 #include "tessaro/vswap.h"
 
 namespace tessaro {

@@ -95,7 +95,7 @@ void clsPalette::Color(std::int32_t ColorNum, std::int32_t NewValue) {
 void clsPalette::LoadPalette(const std::string& NewPaletteFile) {
     Guarded("clsPalette.LoadPalette", [&] {
         if (NewPaletteFile.empty())
-            SetCurrentPalette(BuiltInPalette(SharedStore().extension));
+            SetCurrentPalette(BuiltInPalette(ConfiguredGame().extension));
         else if (!UsePaletteFile(*this, NewPaletteFile))
             return;
         SharedStore().paletteFile = NewPaletteFile;

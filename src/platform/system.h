@@ -11,6 +11,10 @@ namespace tessaro {
 /// The folder that holds the library (or the program that it is linked into).
 std::string LibraryFolder();
 
+/// Where the error log goes unless a host says otherwise: the library's folder where it can be
+/// written, otherwise the user's folder for such things, made where it is not there.
+std::string DefaultAppPath();
+
 /// The system's ANSI code page: from the system on Windows, from the locale elsewhere (1251 for a
 /// CP1251 locale, 65001 for UTF-8, 0 where it is none that the library knows).
 std::uint32_t ActiveCodePage();

@@ -47,7 +47,7 @@ public:
             anyOld = anyOld || FileExists(path);
             names.push_back(modGlobal::FileNameFromPath(path, false));
         }
-        if (anyOld && SharedStore().backupFolder.empty())
+        if (anyOld && ConfiguredGame().backupFolder.empty())
             throw Failure(kPathNotFound, "No backup folder is set.");
         for (std::size_t i = 0; i < paths_.size(); ++i) {
             ++written_;

@@ -1,6 +1,6 @@
 #include "audio/audio_file.h"
 
-#include "graphics/huffman.h"
+#include "huffman/huffman.h"
 #include "support/support.h"
 
 namespace tessaro {

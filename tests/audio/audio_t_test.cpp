@@ -1,9 +1,9 @@
 #include "tessaro/audio_t.h"
 
 #include "audio/audio_file.h"
-#include "foundation/dictionary.h"
 #include "foundation/store.h"
-#include "graphics/huffman.h"
+#include "huffman/dictionary.h"
+#include "huffman/huffman.h"
 #include "support/support.h"
 #include "tessaro/version.h"
 
@@ -32,7 +32,7 @@ protected:
         test::FreshStore(folder.Path());
         folder.MakeFolder("game");
         folder.MakeFolder("out");
-        Store& store = SharedStore();
+        Game& store = ConfiguredGame();
         store.audioHeaderFile = folder.Write("game/AUDIOHED.TST", Hex(kHeader));
         store.audioDataFile = folder.Write("game/AUDIOT.TST", Ascii(kData));
         store.audioDictFile = folder.File("game/AUDIODCT.TST");
@@ -92,13 +92,13 @@ TEST_F(AudioT, ServesChunksByNumber) {
 TEST_F(AudioT, OpeningFailsUnderTheNameOfTheStep) {
     const auto lastBox = [&] { return user.boxes.empty() ? "" : user.boxes.back().prompt; };
     ASSERT_TRUE(audio.InitializeMusic());
-    SharedStore().audioIsCompressed = true;
+    ConfiguredGame().audioIsCompressed = true;
     EXPECT_FALSE(audio.InitializeMusic());
     EXPECT_EQ(lastBox(),
               "Error 0 in clsAudioT.LoadHuffman: Audio huffman dictionary file not found.");
     EXPECT_EQ(audio.NumberOfChunks(), 0) << "nothing of the set before is left";
     EXPECT_EQ(audio.NumberOfSongs(), 0);
-    SharedStore().audioIsCompressed = false;
+    ConfiguredGame().audioIsCompressed = false;
 
     const ByteArray header = Hex(kHeader);
     for (std::size_t size = 0; size < header.size(); size += 3) {
@@ -197,7 +197,7 @@ TEST_F(AudioT, ShrinkingGivesChunksUpForGood) {
     EXPECT_EQ(Chunk(audio, 6), "");
     EXPECT_EQ(Chunk(audio, 7), "");
     audio.NumberOfChunks(6);
-    SharedStore().outputFolder = folder.File("out");
+    ConfiguredGame().outputFolder = folder.File("out");
     ASSERT_TRUE(audio.SaveAudioT());
     EXPECT_EQ(folder.Read("out/AUDIOT.TST"), Ascii("EFFECT-0EFFECT-1!ID!SONG-ONE"));
     EXPECT_FALSE(folder.Has("backup/AUDIOT.TST.001")) << "there was nothing to back up";
@@ -217,7 +217,7 @@ TEST_F(AudioT, CompressedSetsKeepStoredBytesAndCodeTheOthers) {
     data.insert(data.end(), {'!', 'I', 'D', '!', 'P', 'L', 'A', 'I', 'N'});
     folder.Write("game/AUDIOT.TST", data);
     folder.Write("game/AUDIOHED.TST", Hex("00000000 0C000000 0C000000 10000000 15000000"));
-    SharedStore().audioIsCompressed = true;
+    ConfiguredGame().audioIsCompressed = true;
     ASSERT_TRUE(audio.InitializeMusic());
     EXPECT_EQ(audio.StartMusic(), 3);
     EXPECT_EQ(Chunk(audio, 0), "EFFECT-0");
@@ -245,15 +245,15 @@ TEST_F(AudioT, CompressedSetsKeepStoredBytesAndCodeTheOthers) {
 
 TEST_F(AudioT, EverySettingASaveNeedsIsCheckedFirst) {
     ASSERT_TRUE(audio.InitializeMusic());
-    for (std::string Store::*setting :
-         {&Store::outputFolder, &Store::compileExtension, &Store::backupFolder}) {
-        const std::string before = std::exchange(SharedStore().*setting, "");
+    for (std::string Game::*setting :
+         {&Game::outputFolder, &Game::compileExtension, &Game::backupFolder}) {
+        const std::string before = std::exchange(ConfiguredGame().*setting, "");
         events.clear();
         EXPECT_FALSE(audio.SaveAudioT());
         EXPECT_TRUE(events.ends_with("failed"));
         EXPECT_NE(events.find("error "), std::string::npos);
         EXPECT_EQ(folder.Read("game/AUDIOT.TST"), Ascii(kData));
-        SharedStore().*setting = before;
+        ConfiguredGame().*setting = before;
     }
 }
 
@@ -261,10 +261,10 @@ TEST_F(AudioT, AFailureAtAnyFileOperationLosesNothing) {
     int failures = 0;
     for (int at = 1;; ++at) {
         test::TempFolder fresh;
-        SharedStore().audioHeaderFile = fresh.Write("AUDIOHED.TST", Hex(kHeader));
-        SharedStore().audioDataFile = fresh.Write("AUDIOT.TST", Ascii(kData));
-        SharedStore().outputFolder = fresh.Path();
-        SharedStore().backupFolder = fresh.File("backup");
+        ConfiguredGame().audioHeaderFile = fresh.Write("AUDIOHED.TST", Hex(kHeader));
+        ConfiguredGame().audioDataFile = fresh.Write("AUDIOT.TST", Ascii(kData));
+        ConfiguredGame().outputFolder = fresh.Path();
+        ConfiguredGame().backupFolder = fresh.File("backup");
         clsAudioT container;
         Listen(container);
         ASSERT_TRUE(container.InitializeMusic());

@@ -1,4 +1,4 @@
-#include "foundation/bmp_image.h"
+#include "images/bmp_image.h"
 
 #include "foundation/store.h"
 #include "support/support.h"
@@ -51,7 +51,7 @@ TEST_F(BmpImage, EightBitsABottomRowFirst) {
 }
 
 TEST_F(BmpImage, FourBitsInThe16ColorModeUnlessForced) {
-    SharedStore().egaGraphics = true;
+    ConfiguredGame().egaGraphics = true;
     const ByteArray image = AddBMPHeader(5, 2, Hex("12 34 50 67 89 A0"), false);
     ASSERT_EQ(image.size(), 118u + 8u);
     EXPECT_EQ(ByteArray(image.begin() + 10, image.begin() + 14), Hex("76 00 00 00"));

@@ -3,9 +3,9 @@
 #include <regex>
 
 #include "foundation/guard.h"
-#include "saving/replace_files.h"
 #include "foundation/store.h"
 #include "platform/system.h"
+#include "saving/replace_files.h"
 #include "support/support.h"
 
 namespace tessaro {
@@ -18,7 +18,7 @@ class Global : public testing::Test {
 protected:
     Global() {
         test::FreshStore(folder_.Path());
-        SharedStore().backupFolder = folder_.File("backup");
+        ConfiguredGame().backupFolder = folder_.File("backup");
     }
 
     std::string Log() const {
@@ -72,10 +72,21 @@ TEST_F(Global, HelpIsOfferedForItsFamilyOfNumbersWhereTheFileExists) {
         EXPECT_EQ(ui_.boxes[static_cast<std::size_t>(without)].style, mbCritical);
 }
 
-TEST_F(Global, ALogThatCannotBeWrittenIsTheCallersFailure) {
+TEST_F(Global, ALogThatCannotBeWrittenKeepsToReportErrorAlone) {
     SharedStore().appPath = folder_.File("nowhere");
     EXPECT_THROW(ReportError("a.b"), Failure);
-    EXPECT_THROW(Guarded("a.b", []() -> bool { throw Failure(5); }), Failure);
+    EXPECT_FALSE(Guarded("a.b", []() -> bool { throw Failure(5); }));
+    EXPECT_EQ(ui_.boxes.back().prompt, "Error 5 in a.b: Invalid procedure call or argument");
+}
+
+TEST_F(Global, AFailureIsReportedUnderTheInnermostStep) {
+    EXPECT_FALSE(Guarded("a.b", [] {
+        return Step("a.outer", [] {
+            return Step("a.inner", []() -> bool { throw Failure(kDiskFull); });
+        });
+    }));
+    ASSERT_EQ(ui_.boxes.size(), 1u);
+    EXPECT_EQ(ui_.boxes[0].title, "a.inner Error");
 }
 
 TEST_F(Global, GuardTurnsEveryExceptionIntoTheFailureValue) {
@@ -133,10 +144,11 @@ TEST_F(Global, UnnumberedBackupsReplaceEachOtherAndNumberedOnesNever) {
 
 TEST_F(Global, BackupFolderIsMadeOneLevelDeepOnly) {
     const std::string path = folder_.Write("A", Ascii("1"));
-    SharedStore().backupFolder = JoinPath(folder_.File("no"), "deeper");
+    ConfiguredGame().backupFolder = JoinPath(folder_.File("no"), "deeper");
     EXPECT_FALSE(BackupFile(path, 1));
-    EXPECT_EQ(ui_.boxes.back().prompt, "Error 76 in modGlobal.BackupFile: Folder: " +
-                                           SharedStore().backupFolder + "\r\n\r\nPath not found");
+    EXPECT_EQ(ui_.boxes.back().prompt,
+              "Error 76 in modGlobal.BackupFile: Folder: " + ConfiguredGame().backupFolder +
+                  "\r\n\r\nPath not found");
     EXPECT_EQ(folder_.Read("A"), Ascii("1"));
 }
 
@@ -145,10 +157,10 @@ TEST_F(Global, FileNamesWithAndWithoutExtension) {
     EXPECT_EQ(FileNameFromPath(JoinPath("x", "A.B.C"), true), "A");
     EXPECT_EQ(FileNameFromPath("A.B", false), "A.B");
     EXPECT_THROW(FileNameFromPath("NOPOINT", true), Failure);
-    SharedStore().outputFolder = "out";
-    EXPECT_THROW(OutputPath("VSWAP.WL6"), Failure) << "without a compile extension";
-    SharedStore().compileExtension = "WL1";
-    EXPECT_EQ(OutputPath(JoinPath("game", "VSWAP.WL6")), JoinPath("out", "VSWAP.WL1"));
+    ConfiguredGame().outputFolder = "out";
+    EXPECT_THROW((void)ConfiguredGame().OutputPath("VSWAP.WL6"), Failure) << "without a compile extension";
+    ConfiguredGame().compileExtension = "WL1";
+    EXPECT_EQ(ConfiguredGame().OutputPath(JoinPath("game", "VSWAP.WL6")), JoinPath("out", "VSWAP.WL1"));
 }
 
 TEST_F(Global, ReplacedFilesKeepTheCaseOfTheirNames) {
@@ -217,7 +229,7 @@ TEST_F(Global, ReplacingFilesIsAllOrNothingAtEveryFileOperation) {
     EXPECT_EQ(folder_.Read("C.WL6"), Ascii("new c"));
     EXPECT_THROW(ReplaceFiles({{a, Ascii("x")}, {folder_.File("a.wl6"), Ascii("y")}}), Failure)
         << "two files under one name";
-    SharedStore().backupFolder.clear();
+    ConfiguredGame().backupFolder.clear();
     EXPECT_THROW(ReplaceFiles({{a, Ascii("x")}}), Failure) << "nowhere to put the old file";
     EXPECT_EQ(folder_.Read("A.WL6"), Ascii("new a"));
 }

@@ -105,11 +105,11 @@ TEST_F(Version, SixteenColourGamesHaveNoPageFile) {
     EXPECT_FALSE(version_.CanCompileVGAGraph());
     EXPECT_EQ(version_.VSwapFile(), "");
     EXPECT_EQ(version_.AudioDictFile(), "");
-    EXPECT_FALSE(SharedStore().audioIsCompressed);
+    EXPECT_FALSE(ConfiguredGame().audioIsCompressed);
     Files({"AUDIODCT.BM1"});
     ASSERT_TRUE(Load());
     EXPECT_EQ(version_.AudioDictFile(), folder_.File("AUDIODCT.BM1"));
-    EXPECT_TRUE(SharedStore().audioIsCompressed);
+    EXPECT_TRUE(ConfiguredGame().audioIsCompressed);
 }
 
 TEST_F(Version, AFolderWithoutAGameEmptiesTheSettings) {
@@ -126,16 +126,16 @@ TEST_F(Version, CompileDictionaryIsKeptWhenItsFileFails) {
     ByteArray dictionary(1024);
     dictionary[0] = 7;
     version_.LoadCompileVGADictFile(folder_.Write("dict", dictionary));
-    EXPECT_EQ(SharedStore().compileDictionary[0].Bit0, 7);
-    EXPECT_TRUE(SharedStore().compileDictionaryLoaded);
+    EXPECT_EQ(ConfiguredGame().compileDictionary[0].Bit0, 7);
+    EXPECT_TRUE(ConfiguredGame().compileDictionaryLoaded);
     version_.LoadCompileVGADictFile(folder_.File("missing"));
     dictionary.resize(1023);
     version_.LoadCompileVGADictFile(folder_.Write("short", dictionary));
     ASSERT_EQ(ui_.boxes.size(), 2u);
     EXPECT_EQ(ui_.boxes[0].title, "clsVersion.LoadCompileVGADictFile Error");
-    EXPECT_EQ(SharedStore().compileDictionary[0].Bit0, 7);
+    EXPECT_EQ(ConfiguredGame().compileDictionary[0].Bit0, 7);
     Load();
-    EXPECT_FALSE(SharedStore().compileDictionaryLoaded);
+    EXPECT_FALSE(ConfiguredGame().compileDictionaryLoaded);
 }
 
 TEST_F(Version, RealGameIsFound) {

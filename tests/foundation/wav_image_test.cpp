@@ -1,4 +1,4 @@
-#include "foundation/wav_image.h"
+#include "images/wav_image.h"
 
 #include "support/support.h"
 

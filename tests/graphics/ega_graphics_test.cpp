@@ -75,8 +75,8 @@ TEST_F(EgaGraphics, EveryChunkIsTyped) {
     EXPECT_EQ(graph.DataTypeChunk(vgTile16, 1), 11);
     EXPECT_EQ(graph.DataTypeChunk(vgTile16, 2), -1);
     EXPECT_EQ(graph.DemoLevel(0), 7);
-    EXPECT_FALSE(SharedStore().canAddOrRemoveChunks);
-    EXPECT_TRUE(SharedStore().canChangeMapSize);
+    EXPECT_FALSE(ConfiguredGame().canAddOrRemoveChunks);
+    EXPECT_TRUE(ConfiguredGame().canChangeMapSize);
 
     const std::vector<BuiltChunk> chunks = EgaChunks();
     for (std::size_t i = 0; i < chunks.size(); ++i)  // each tile whole, whatever was measured

@@ -1,4 +1,4 @@
-#include "graphics/huffman.h"
+#include "huffman/huffman.h"
 
 #include <gtest/gtest.h>
 

@@ -4,9 +4,9 @@
 #include <cstdlib>
 
 #include "../../bench/literal/huffman_literal.h"
-#include "foundation/dictionary.h"
 #include "graphics/graphics_header.h"
-#include "graphics/huffman.h"
+#include "huffman/dictionary.h"
+#include "huffman/huffman.h"
 #include "support/support.h"
 #include "tessaro/version.h"
 #include "tessaro/vga_graph.h"

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "foundation/dictionary.h"
 #include "foundation/store.h"
 #include "graphics/graphics_header.h"
-#include "graphics/huffman.h"
+#include "huffman/dictionary.h"
+#include "huffman/huffman.h"
 #include "support/support.h"
 #include "tessaro/vga_graph.h"
 
@@ -76,7 +76,7 @@ public:
         if (entryWidth == 4)
             offsets.push_back(0);
         FreshStore(folder.Path());
-        Store& store = SharedStore();
+        Game& store = ConfiguredGame();
         store.dataPath = folder.Path();
         store.vgaHeaderFile =
             folder.Write(stem + "HEAD.TST", WriteGraphicsHeader(offsets, entryWidth));
@@ -88,7 +88,7 @@ public:
         store.outputFolder = folder.Path();
         store.backupFolder = folder.File("backup");
         for (std::int32_t i = 0; i < 256; ++i)
-            store.palette[static_cast<std::size_t>(i)] = i;
+            SharedStore().palette[static_cast<std::size_t>(i)] = i;
     }
 
     TempFolder folder;

@@ -74,15 +74,15 @@ TEST(VgaGraph, AnotherDictionaryMeansCompressingAgain) {
     std::array<std::int32_t, 256> counts{};
     for (std::size_t i = 0; i < counts.size(); ++i)
         counts[i] = static_cast<std::int32_t>(i) + 1;
-    SharedStore().compileDictionary = Huffmanize(counts);
-    SharedStore().compileDictionaryLoaded = true;
-    SharedStore().compileExtension = "NEW";  // elsewhere: the container stays on its files
+    ConfiguredGame().compileDictionary = Huffmanize(counts);
+    ConfiguredGame().compileDictionaryLoaded = true;
+    ConfiguredGame().compileExtension = "NEW";  // elsewhere: the container stays on its files
     ASSERT_TRUE(open.graph.SaveVGAGraph());
     EXPECT_EQ(open.set.folder.Read("VGADICT.NEW"),
-              WriteDictionary(SharedStore().compileDictionary));
+              WriteDictionary(ConfiguredGame().compileDictionary));
     const ByteArray picture = open.Load(3);
 
-    Store& store = SharedStore();
+    Game& store = ConfiguredGame();
     for (std::string* path : {&store.vgaHeaderFile, &store.vgaGraphFile, &store.vgaDictFile})
         path->replace(path->size() - 3, 3, "NEW");
     clsVGAGraph again;
@@ -108,12 +108,12 @@ TEST(VgaGraph, AnotherDictionaryMeansCompressingAgain) {
 TEST(VgaGraph, ASaveThatIsNotPermittedDoesNothing) {
     OpenSet open;
     const auto before = ListFiles(open.set.folder.Path(), "*");
-    SharedStore().canCompileVGAGraph = false;
+    ConfiguredGame().canCompileVGAGraph = false;
     EXPECT_FALSE(open.graph.SaveVGAGraph());
     EXPECT_EQ(open.completed, std::vector<bool>{false});
     EXPECT_NE(open.LastBox().find("cannot be saved"), std::string::npos);
-    SharedStore().canCompileVGAGraph = true;
-    SharedStore().outputFolder.clear();
+    ConfiguredGame().canCompileVGAGraph = true;
+    ConfiguredGame().outputFolder.clear();
     EXPECT_FALSE(open.graph.SaveVGAGraph());
     DeleteFileAt(open.set.folder.File("Error.log"));
     EXPECT_EQ(ListFiles(open.set.folder.Path(), "*"), before);
@@ -156,7 +156,7 @@ TEST(VgaGraph, FaultLadder) {
 
 TEST(VgaGraph, DictionariesOfTheHost) {
     OpenSet open;
-    SharedStore().compileDictionary = open.set.dictionary;
+    ConfiguredGame().compileDictionary = open.set.dictionary;
     EXPECT_EQ(open.graph.GetCompressedSize(Hex("010203")), 4);
     ByteArray data = Noise(100);
     std::int32_t bits = 0;
@@ -171,7 +171,7 @@ TEST(VgaGraph, DictionariesOfTheHost) {
     EXPECT_EQ(open.set.folder.Read("VGADICT.TST"), WriteDictionary(SharedStore().builtDictionary));
     EXPECT_EQ(open.set.folder.Read("backup/VGADICT.TST.001"), before);
     EXPECT_EQ(SharedStore().byteCounts[255], 3);
-    EXPECT_EQ(SharedStore().expandDictionary, open.set.dictionary);
+    EXPECT_EQ(ConfiguredGame().expandDictionary, open.set.dictionary);
 }
 
 }  // namespace

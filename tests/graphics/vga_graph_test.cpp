@@ -252,7 +252,7 @@ TEST(VgaGraph, ExecutablesTellTheGame) {
         test::ScriptedUserInterface user;
         clsVGAGraph graph;
         ASSERT_TRUE(graph.InitializeGraphics());
-        const Store& store = SharedStore();
+        const Game& store = ConfiguredGame();
         EXPECT_EQ(store.canAddOrRemoveChunks, row.chunks);
         EXPECT_EQ(store.canChangeMapSize, row.mapSize);
         EXPECT_EQ(store.isBlakeStone, row.blake);
@@ -270,8 +270,8 @@ TEST(VgaGraph, A98GraphSet) {
         chunks.push_back({Noise(16, i), false, false, true});
     chunks.push_back({Noise(40)});
     SetFolder set(chunks, false, 4, "98");
-    for (std::string* path :
-         {&SharedStore().vgaDictFile, &SharedStore().vgaGraphFile, &SharedStore().vgaHeaderFile})
+    for (std::string* path : {&ConfiguredGame().vgaDictFile, &ConfiguredGame().vgaGraphFile,
+                              &ConfiguredGame().vgaHeaderFile})
         path->replace(path->rfind(kPathSeparator) + 1, 2, "VGA");
     test::ScriptedUserInterface user;
     clsVGAGraph graph;
@@ -280,7 +280,7 @@ TEST(VgaGraph, A98GraphSet) {
         ASSERT_TRUE(graph.InitializeGraphics());
         EXPECT_EQ(graph.NumberOfChunks(), 14);
     }
-    EXPECT_FALSE(SharedStore().canCompileVGAGraph);
+    EXPECT_FALSE(ConfiguredGame().canCompileVGAGraph);
     ByteArray bytes;
     ASSERT_TRUE(graph.LoadTessaro(0, bytes));
     EXPECT_EQ(bytes.size(), 572u);

@@ -35,8 +35,8 @@ protected:
         AddStored(data, header, "Field", 128);
         AddStored(data, header, "Lost", 64, 0x7000'0000);
         header.Fill(402 - header.Position(), 0);
-        SharedStore().gameMapsFile = folder.Write("GAMEMAPS.WL1", data.View());
-        SharedStore().mapHeaderFile = folder.Write("MAPHEAD.WL1", header.View());
+        ConfiguredGame().gameMapsFile = folder.Write("GAMEMAPS.WL1", data.View());
+        ConfiguredGame().mapHeaderFile = folder.Write("MAPHEAD.WL1", header.View());
         EXPECT_TRUE(maps.Initialize());
     }
 

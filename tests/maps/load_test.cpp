@@ -12,8 +12,8 @@ protected:
     void SetUp() override {
         TESSARO_NEEDS_GAME_DATA();
         test::FreshStore(folder_.Path());
-        SharedStore().mapHeaderFile = JoinPath(*test::GameFolder(), "MAPHEAD.WL1");
-        SharedStore().gameMapsFile = JoinPath(*test::GameFolder(), "GAMEMAPS.WL1");
+        ConfiguredGame().mapHeaderFile = JoinPath(*test::GameFolder(), "MAPHEAD.WL1");
+        ConfiguredGame().gameMapsFile = JoinPath(*test::GameFolder(), "GAMEMAPS.WL1");
         ASSERT_TRUE(maps_.Initialize());
     }
 
@@ -44,7 +44,7 @@ TEST_F(RealMaps, AreAllThereAndWhole) {
 }
 
 TEST_F(RealMaps, PackAgainToTheStoredBytes) {
-    const ByteArray data = ReadWholeFile(SharedStore().gameMapsFile);
+    const ByteArray data = ReadWholeFile(ConfiguredGame().gameMapsFile);
     const auto& self = GameMapsInternals::SelfOf(maps_);
     for (std::int32_t map = 0; map < 10; ++map) {
         typMapPlane planes;

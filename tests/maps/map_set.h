@@ -51,9 +51,9 @@ protected:
         FreshStore(folder_.Path());
         if (!FolderExists(folder_.File("backup")))
             folder_.MakeFolder("backup");
-        SharedStore().backupFolder = folder_.File("backup");
-        SharedStore().mapHeaderFile = folder_.Write("MAPHEAD.TST", SmallHeader());
-        SharedStore().gameMapsFile = folder_.Write("GAMEMAPS.TST", SmallData());
+        ConfiguredGame().backupFolder = folder_.File("backup");
+        ConfiguredGame().mapHeaderFile = folder_.Write("MAPHEAD.TST", SmallHeader());
+        ConfiguredGame().gameMapsFile = folder_.Write("GAMEMAPS.TST", SmallData());
     }
 
     ByteArray Backup(const std::string& name) const {

@@ -61,7 +61,7 @@ TEST_F(MapSave, WritesTheSetBackAndBacksUpTheOldOne) {
 TEST_F(MapSave, WritesRlewAloneForTheOlderKind) {
     for (std::int32_t map = 0; map < 2; ++map)
         Planes(maps_, map);
-    SharedStore().mapsAreVersion10 = true;
+    ConfiguredGame().mapsAreVersion10 = true;
     ASSERT_TRUE(maps_.SaveMapFile());
     const ByteArray data = folder_.Read("GAMEMAPS.TST");
     EXPECT_EQ(ByteArray(data.begin() + 8, data.begin() + 16), Hex("1000 CDAB 0800 0100"));
@@ -83,14 +83,14 @@ TEST_P(MapLayouts, AreWrittenAndReadAgain) {
     const LayoutRow& row = GetParam();
     maps_.CloseFile();  // an open file cannot be moved on Windows
     for (const bool older : {false, true}) {
-        SharedStore().mapsAreVersion10 = false;
+        ConfiguredGame().mapsAreVersion10 = false;
         folder_.Write("GAMEMAPS.TST", test::SmallData());
         folder_.Write("MAPHEAD.TST", test::SmallHeader());
         clsGameMaps maps;
         ASSERT_TRUE(maps.Initialize());
         for (std::int32_t map = 0; map < 2; ++map)
             Planes(maps, map);
-        SharedStore().mapsAreVersion10 = older;
+        ConfiguredGame().mapsAreVersion10 = older;
         maps.OutputMapPlanes(row.planes);
         maps.OutputMapNameSize(row.nameSize);
         maps.SaveLengthsAsLong(row.longLengths);
@@ -227,11 +227,11 @@ TEST_F(MapSave, NeedsMapsSettingsAndABackupFolder) {
         EXPECT_TRUE(fails()) << planes;
     }
     maps_.OutputMapPlanes(3);
-    SharedStore().backupFolder.clear();
+    ConfiguredGame().backupFolder.clear();
     EXPECT_TRUE(fails());
     EXPECT_NE(events_[2].find("error 99 No backup folder is set."), std::string::npos)
         << "the number is the last header slot";
-    SharedStore().backupFolder = folder_.File("backup");
+    ConfiguredGame().backupFolder = folder_.File("backup");
     maps_.AddMap(7);
     EXPECT_TRUE(fails()) << "the map that a failed AddMap leaves holds nothing";
     EXPECT_NE(events_[2].find("Could not load map 2 in order to save.  Aborting."),
@@ -326,9 +326,9 @@ TEST(RealMapSave, ChangesWhatItMustAlone) {
     test::ScriptedUserInterface user;
     const ByteArray oldData = ReadWholeFile(JoinPath(*test::GameFolder(), "GAMEMAPS.WL1"));
     const ByteArray oldHeader = ReadWholeFile(JoinPath(*test::GameFolder(), "MAPHEAD.WL1"));
-    SharedStore().gameMapsFile = folder.Write("GAMEMAPS.WL1", oldData);
-    SharedStore().mapHeaderFile = folder.Write("MAPHEAD.WL1", oldHeader);
-    SharedStore().backupFolder = folder.File("backup");
+    ConfiguredGame().gameMapsFile = folder.Write("GAMEMAPS.WL1", oldData);
+    ConfiguredGame().mapHeaderFile = folder.Write("MAPHEAD.WL1", oldHeader);
+    ConfiguredGame().backupFolder = folder.File("backup");
     clsGameMaps maps;
     ASSERT_TRUE(maps.Initialize());
     ASSERT_TRUE(maps.SaveMapFile());

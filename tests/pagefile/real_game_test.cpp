@@ -12,9 +12,9 @@ class RealGame : public test::VSwapFixture {
 protected:
     void SetUp() override {
         TESSARO_NEEDS_GAME_DATA();
-        SharedStore().vswapFile =
+        ConfiguredGame().vswapFile =
             folder_.Write("VSWAP.WL1", ReadWholeFile(JoinPath(*test::GameFolder(), "VSWAP.WL1")));
-        SharedStore().dataExtension = SharedStore().compileExtension = "WL1";
+        ConfiguredGame().dataExtension = ConfiguredGame().compileExtension = "WL1";
         ASSERT_TRUE(set_.Initialize());
     }
 
@@ -43,7 +43,7 @@ TEST_F(RealGame, EveryItemLoads) {
 
 TEST_F(RealGame, SpritesCompileBackToWhatIsStored) {
     PageIndex index;
-    index.OpenPageFile(SharedStore().vswapFile);
+    index.OpenPageFile(ConfiguredGame().vswapFile);
     int identical = 0;
     int oneZeroMore = 0;
     std::array<std::size_t, 3> total{};
@@ -102,7 +102,7 @@ TEST_F(RealGame, SavingKeepsEveryItem) {
         ASSERT_TRUE(again.Initialize());
         EXPECT_TRUE(AllItems(again) == items) << compression;
         PageIndex index;
-        index.OpenPageFile(SharedStore().vswapFile);
+        index.OpenPageFile(ConfiguredGame().vswapFile);
         EXPECT_EQ(index.walls, 106);
         EXPECT_EQ(index.soundStart, 542);
         const bool aligned = std::ranges::all_of(

@@ -36,10 +36,10 @@ TEST_F(VSwapExtra, SoundsGoOnAfterThoseOfThePageFileOrTakeTheirPlace) {
                           {1, SoundListForm::Short, {Wav(5000), Wav(70)}},
                           {0, SoundListForm::Long, {Wav(5000), Wav(70)}}};
     for (const Case& row : cases) {
-        SharedStore().readSoundLengthsAsLong = false;
+        ConfiguredGame().readSoundLengthsAsLong = false;
         OpenWithExtra(row.own, row.form);
-        EXPECT_EQ(SharedStore().readSoundLengthsAsLong, row.form == SoundListForm::Long);
-        EXPECT_EQ(SharedStore().audioMusFile, folder_.File("AUDIOMUS.TST"));
+        EXPECT_EQ(ConfiguredGame().readSoundLengthsAsLong, row.form == SoundListForm::Long);
+        EXPECT_EQ(ConfiguredGame().audioMusFile, folder_.File("AUDIOMUS.TST"));
         std::vector<ByteArray> items = AllItems(set_);
         items.erase(items.begin());
         EXPECT_TRUE(items == row.sounds) << row.own;

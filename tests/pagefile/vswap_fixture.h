@@ -1,9 +1,9 @@
 // A small set of our own and the folders around it.
 #pragma once
 
-#include "foundation/bmp_image.h"
 #include "foundation/store.h"
-#include "foundation/wav_image.h"
+#include "images/bmp_image.h"
+#include "images/wav_image.h"
 #include "pagefile/extra_sounds.h"
 #include "pagefile/page_file.h"
 #include "support/support.h"
@@ -15,7 +15,7 @@ class VSwapFixture : public testing::Test {
 protected:
     VSwapFixture() {
         FreshStore(folder_.Path());
-        Store& store = SharedStore();
+        Game& store = ConfiguredGame();
         store.dataPath = store.outputFolder = folder_.Path();
         store.dataExtension = store.extension = store.compileExtension = "TST";
         store.vswapFile = folder_.File("VSWAP.TST");

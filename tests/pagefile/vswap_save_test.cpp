@@ -64,13 +64,13 @@ TEST_F(VSwapSave, AnotherFolderLeavesTheContainerOnItsFiles) {
     Open(old);
     const std::vector<ByteArray> items = AllItems(set_);
     folder_.MakeFolder("out");
-    SharedStore().outputFolder = folder_.File("out");
-    SharedStore().backupFolder.clear();  // nothing there to back up
-    SharedStore().compileExtension = "NEW";
+    ConfiguredGame().outputFolder = folder_.File("out");
+    ConfiguredGame().backupFolder.clear();  // nothing there to back up
+    ConfiguredGame().compileExtension = "NEW";
     set_.NumberOfWalls(4);
     ASSERT_TRUE(set_.SaveVSwap(vcNone));
     EXPECT_EQ(folder_.Read("VSWAP.TST"), old);
-    SharedStore().vswapFile = folder_.File("out/VSWAP.NEW");
+    ConfiguredGame().vswapFile = folder_.File("out/VSWAP.NEW");
     EXPECT_EQ(Reread().size(), items.size() + 2);
     ByteArray data;
     set_.LoadChunk(0, data);
@@ -231,7 +231,7 @@ TEST_F(VSwapRefuses, SpritesAboveTheOutputPageAndNotThoseThatFillIt) {
     ASSERT_GT(set_.GetSpriteCompressedSize(image, vcNone), 4096);
     set_.SetChunkData(3, image);
     EXPECT_FALSE(set_.SaveVSwap(vcNone));
-    SharedStore().hiResOutput = true;
+    ConfiguredGame().hiResOutput = true;
     ASSERT_TRUE(set_.Initialize());
     set_.SetChunkData(3, image);
     EXPECT_TRUE(set_.SaveVSwap(vcNone));
@@ -279,16 +279,16 @@ TEST_F(VSwapSave, AFailureAtAnyFileOperationLosesNothing) {
 TEST_F(VSwapSave, MissingSettingsFailBeforeAnythingMoves) {
     Open(SmallSet());
     const auto before = Files();
-    for (std::string Store::*setting :
-         {&Store::outputFolder, &Store::compileExtension, &Store::backupFolder}) {
-        const std::string value = std::exchange(SharedStore().*setting, "");
+    for (std::string Game::*setting :
+         {&Game::outputFolder, &Game::compileExtension, &Game::backupFolder}) {
+        const std::string value = std::exchange(ConfiguredGame().*setting, "");
         events_.clear();
         EXPECT_FALSE(set_.SaveVSwap(vcNone));
         ASSERT_FALSE(events_.empty());
         EXPECT_EQ(events_.back(), "failed");
-        SharedStore().*setting = value;
+        ConfiguredGame().*setting = value;
     }
-    SharedStore().outputFolder = folder_.File("nowhere");
+    ConfiguredGame().outputFolder = folder_.File("nowhere");
     EXPECT_FALSE(set_.SaveVSwap(vcNone));
     EXPECT_EQ(Files(), before);
     clsVSwap unopened;

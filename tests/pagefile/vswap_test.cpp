@@ -141,7 +141,7 @@ TEST_F(VSwap, DamageIsReportedWhereItIs) {
         EXPECT_EQ(ui_.boxes[0].style, mbInformation);
         EXPECT_EQ(set.NumberOfSprites(), 2);
     }
-    SharedStore().vswapFile.clear();
+    ConfiguredGame().vswapFile.clear();
     ui_.boxes.clear();
     EXPECT_FALSE(set.Initialize());
     EXPECT_TRUE(ui_.boxes.empty());

@@ -87,7 +87,7 @@ TEST_F(Palette, ColorsAreRedInTheLowByte) {
     palette.LoadPalette();
     EXPECT_EQ(palette.NumberOfColors(), 256);
     EXPECT_EQ(palette.Color(1), 0xA80000);
-    SharedStore().extension = "SOD";
+    ConfiguredGame().extension = "SOD";
     palette.LoadPalette();
     EXPECT_EQ(palette.Color(166), 0x003800);
     palette.Color(2, 0x7F030201);

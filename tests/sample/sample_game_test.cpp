@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <map>
 
-#include "foundation/bmp_image.h"
 #include "foundation/store.h"
+#include "images/bmp_image.h"
 #include "sample/art.h"
 #include "sample/maps.h"
 #include "sample/sounds.h"

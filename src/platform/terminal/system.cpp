@@ -4,12 +4,15 @@
 #include <langinfo.h>
 #include <locale.h>
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <array>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <memory>
 #include <string_view>
+#include <system_error>
 
 #include "platform/file.h"
 
@@ -98,6 +101,24 @@ std::string LibraryFolder() {
         file = RealPath("/proc/self/exe");
     const std::size_t separator = LastSeparator(file);
     return separator == std::string::npos ? "." : file.substr(0, separator);
+}
+
+std::string DefaultAppPath() {
+    std::string folder = LibraryFolder();
+    if (::access(folder.c_str(), W_OK) == 0)
+        return folder;
+    const char* state = std::getenv("XDG_STATE_HOME");
+    const char* home = std::getenv("HOME");
+    if (state != nullptr && *state == '/')
+        folder = state;
+    else if (home != nullptr && *home == '/')
+        folder = std::string(home) + "/.local/state";
+    else
+        return folder;
+    folder += "/tessaro";
+    std::error_code ignored;  // what cannot be made shows itself when the log is written
+    std::filesystem::create_directories(folder, ignored);
+    return folder;
 }
 
 std::uint32_t ActiveCodePage() {

@@ -20,6 +20,26 @@ std::string LibraryFolder() {
     return separator == std::string::npos ? "." : file.substr(0, separator);
 }
 
+std::string DefaultAppPath() {
+    const std::string folder = LibraryFolder();
+    const std::string probe = JoinPath(folder, ".tessaro-probe.tmp");
+    const HANDLE file = CreateFileA(probe.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                    FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    if (file != INVALID_HANDLE_VALUE) {
+        CloseHandle(file);
+        return folder;
+    }
+    std::string local(GetEnvironmentVariableA("LOCALAPPDATA", nullptr, 0), '\0');
+    local.resize(
+        GetEnvironmentVariableA("LOCALAPPDATA", local.data(), static_cast<DWORD>(local.size())));
+    if (local.empty())
+        return folder;
+    local = JoinPath(local, "Tessaro");
+    CreateDirectoryA(local.c_str(),
+                     nullptr);  // that it cannot be made shows when the log is written
+    return local;
+}
+
 std::uint32_t ActiveCodePage() {
     return GetACP();
 }

@@ -1,4 +1,4 @@
-#include "graphics/huffman_tables.h"
+#include "huffman/huffman_tables.h"
 
 #include <algorithm>
 #include <cstring>

@@ -2,7 +2,7 @@
 // routine's name and turned into its failure value.
 #pragma once
 
-#include "graphics/huffman.h"
+#include "huffman/huffman.h"
 
 namespace tessaro::modHuffmanExpand {
 

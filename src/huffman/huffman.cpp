@@ -1,10 +1,10 @@
-#include "graphics/huffman.h"
+#include "huffman/huffman.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstring>
 
-#include "graphics/huffman_tables.h"
+#include "huffman/huffman_tables.h"
 
 namespace tessaro {
 namespace {

@@ -9,7 +9,7 @@
 #include <cstdint>
 
 #include "foundation/bytes.h"
-#include "foundation/dictionary.h"
+#include "huffman/dictionary.h"
 
 namespace tessaro {
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "graphics/huffman.h"
+#include "huffman/huffman.h"
 
 namespace tessaro {
 

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "graphics/huffman.h"
-#include "graphics/huffman_tables.h"
+#include "huffman/huffman.h"
+#include "huffman/huffman_tables.h"
 
 namespace tessaro {
 namespace {

@@ -1,4 +1,4 @@
-#include "foundation/dictionary.h"
+#include "huffman/dictionary.h"
 
 namespace tessaro {
 

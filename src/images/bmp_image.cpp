@@ -1,4 +1,4 @@
-#include "foundation/bmp_image.h"
+#include "images/bmp_image.h"
 
 #include <array>
 #include <cstdlib>
@@ -61,7 +61,7 @@ ByteWriter Header(std::int32_t width, std::int32_t height, std::int32_t bits) {
 }  // namespace
 
 ByteArray AddBMPHeader(std::int32_t width, std::int32_t height, ByteSpan pixels, bool force8Bits) {
-    const std::int32_t bits = SharedStore().egaGraphics && !force8Bits ? 4 : 8;
+    const std::int32_t bits = ConfiguredGame().egaGraphics && !force8Bits ? 4 : 8;
     const std::int64_t rowSize = RowSize(width, bits);
     if (width >= 0 && rowSize * height > static_cast<std::int64_t>(pixels.size()))
         throw Failure(kSubscriptOutOfRange);

@@ -1,6 +1,7 @@
-#include "graphics/mod_huffman.h"
+#include "huffman/mod_huffman.h"
 
 #include "foundation/guard.h"
+#include "foundation/store.h"
 
 namespace tessaro::modHuffmanExpand {
 
@@ -21,7 +22,7 @@ bool HuffCompress(const ByteArray& Source, ByteArray& Dest, const HuffDictionary
 
 std::int32_t DetermineChunkSize(const ByteArray& Source, ByteArray& Dest) {
     return Guarded("modHuffmanExpand.DetermineChunkSize", [&] {
-        return tessaro::DetermineChunkSize(Source, Dest, SharedStore().expandDictionary);
+        return tessaro::DetermineChunkSize(Source, Dest, ConfiguredGame().expandDictionary);
     });
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "foundation/bytes.h"
-#include "foundation/store.h"
+#include "foundation/huff_dictionary.h"
 
 namespace tessaro {
 
