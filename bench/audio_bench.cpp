@@ -1,12 +1,12 @@
 // Reading every chunk of a compressed audio set: 288 chunks of 100 or 1000 bytes each.
 #include <benchmark/benchmark.h>
+#include <literal/huffman_literal.h>
 
 #include <algorithm>
 #include <random>
 
 #include "audio/audio_file.h"
 #include "huffman/huffman.h"
-#include "literal/huffman_literal.h"
 
 namespace tessaro {
 namespace {

@@ -1,6 +1,7 @@
 // A whole graphics file: expanded, compressed and its dictionary built, each beside the literal
 // form. With TESSARO_GAME_DATA the file is a real game's, otherwise made up of like bytes.
 #include <benchmark/benchmark.h>
+#include <literal/huffman_literal.h>
 
 #include <array>
 #include <cstdlib>
@@ -8,10 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "huffman/dictionary.h"
 #include "graphics/graphics_header.h"
+#include "huffman/dictionary.h"
 #include "huffman/huffman.h"
-#include "literal/huffman_literal.h"
 #include "platform/file.h"
 
 namespace tessaro {

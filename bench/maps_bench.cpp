@@ -2,6 +2,8 @@
 // the pairs Literal/Fast with the same name give the ratio; every pair writes the same bytes, which
 // is checked before it is measured.
 #include <benchmark/benchmark.h>
+#include <literal/maps_literal.h>
+#include <literal/seeded_planes.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -9,8 +11,6 @@
 #include <string>
 
 #include "foundation/store.h"
-#include "literal/maps_literal.h"
-#include "literal/seeded_planes.h"
 #include "maps/game_maps_self.h"
 #include "platform/file.h"
 

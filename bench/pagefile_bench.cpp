@@ -1,6 +1,7 @@
 // The jobs of the page file over all walls and sprites of a real game, which TESSARO_GAME_DATA
 // names (the folder above wl1).
 #include <benchmark/benchmark.h>
+#include <literal/pagefile_literal.h>
 
 #include <array>
 #include <cstdlib>
@@ -8,7 +9,6 @@
 
 #include "images/bmp_image.h"
 #include "foundation/store.h"
-#include "literal/pagefile_literal.h"
 #include "pagefile/column_images.h"
 #include "pagefile/page_index.h"
 #include "pagefile/sprite_chunk.h"

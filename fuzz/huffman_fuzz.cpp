@@ -1,9 +1,10 @@
 // Whatever a dictionary and a stream hold, the tables decode what the plain walk decodes, and what
 // can be compressed comes back.
+#include <literal/huffman_literal.h>
+
 #include <algorithm>
 #include <cstdlib>
 
-#include "../bench/literal/huffman_literal.h"
 #include "huffman/dictionary.h"
 #include "huffman/huffman.h"
 

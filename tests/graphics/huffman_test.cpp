@@ -1,12 +1,12 @@
 #include "huffman/huffman.h"
 
 #include <gtest/gtest.h>
+#include <literal/huffman_literal.h>
 
 #include <algorithm>
 #include <limits>
 #include <random>
 
-#include "../../bench/literal/huffman_literal.h"
 
 namespace tessaro {
 namespace {

@@ -1,9 +1,9 @@
 // The graphics of a real game, where there is one: what is known of them, typed from the data.
 #include <gtest/gtest.h>
+#include <literal/huffman_literal.h>
 
 #include <cstdlib>
 
-#include "../../bench/literal/huffman_literal.h"
 #include "graphics/graphics_header.h"
 #include "huffman/dictionary.h"
 #include "huffman/huffman.h"

@@ -1,8 +1,9 @@
 // RLEW and Carmack: the bytes they write and read, and their agreement with the literal codecs.
+#include <literal/maps_literal.h>
+#include <literal/seeded_planes.h>
+
 #include <stdexcept>
 
-#include "../../bench/literal/maps_literal.h"
-#include "../../bench/literal/seeded_planes.h"
 #include "maps/game_maps_self.h"
 #include "support/support.h"
 
