@@ -1,6 +1,5 @@
 #include "images/bmp_image.h"
 
-#include "foundation/store.h"
 #include "support/support.h"
 
 namespace tessaro {
@@ -10,16 +9,15 @@ using modAddBMPHeader::AddBMPHeader;
 using modAddBMPHeader::RemoveBMPHeader;
 using modAddBMPHeader::StrippedImage;
 using test::Hex;
+using test::Part;
 
-class BmpImage : public testing::Test {
+class BmpImage : public test::InFolder {
 protected:
-    void SetUp() override {
-        SharedStore() = {};
+    BmpImage() {
         SharedStore().palette[0] = 0x030201;  // red 1, green 2, blue 3
         SharedStore().palette[15] = 0xFCFDFE;
         SharedStore().palette[255] = 0x102030;
     }
-    void TearDown() override { SharedStore() = {}; }
 };
 
 /// A header as far as the fields that are read; `height` may be negative.
@@ -39,13 +37,12 @@ ByteArray Image(std::int32_t width, std::int32_t height, std::int16_t bits, std:
 
 TEST_F(BmpImage, EightBitsABottomRowFirst) {
     const ByteArray image = AddBMPHeader(3, 2, Hex("0A 0B 0C 0D 0E 0F"), false);
-    EXPECT_EQ(ByteArray(image.begin(), image.begin() + 58),
+    EXPECT_EQ(Part(image, 0, 58),
               Hex("42 4D 3E 04 00 00 00 00 00 00 36 04 00 00"  // 1086 bytes, pixels at 1078
                   "28 00 00 00 03 00 00 00 02 00 00 00 01 00 08 00"
                   "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"
                   "03 02 01 00"));
-    EXPECT_EQ(ByteArray(image.begin() + 1074, image.end()),
-              Hex("10 20 30 00  0D 0E 0F 00  0A 0B 0C 00"));
+    EXPECT_EQ(Part(image, 1074), Hex("10 20 30 00  0D 0E 0F 00  0A 0B 0C 00"));
     EXPECT_EQ(AddBMPHeader(64, 64, ByteArray(4096), false).size(), 5174u);
     EXPECT_EQ(AddBMPHeader(0, 7, {}, false).size(), 1078u);
 }
@@ -54,10 +51,9 @@ TEST_F(BmpImage, FourBitsInThe16ColorModeUnlessForced) {
     ConfiguredGame().egaGraphics = true;
     const ByteArray image = AddBMPHeader(5, 2, Hex("12 34 50 67 89 A0"), false);
     ASSERT_EQ(image.size(), 118u + 8u);
-    EXPECT_EQ(ByteArray(image.begin() + 10, image.begin() + 14), Hex("76 00 00 00"));
+    EXPECT_EQ(Part(image, 10, 4), Hex("76 00 00 00"));
     EXPECT_EQ(image[28], 4);
-    EXPECT_EQ(ByteArray(image.begin() + 114, image.end()),
-              Hex("FC FD FE 00  67 89 A0 00  12 34 50 00"));
+    EXPECT_EQ(Part(image, 114), Hex("FC FD FE 00  67 89 A0 00  12 34 50 00"));
     EXPECT_EQ(AddBMPHeader(2, 1, Hex("01 02"), true).size(), 1078u + 4u);
 
     const StrippedImage stripped = RemoveBMPHeader(image);

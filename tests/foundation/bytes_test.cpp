@@ -52,13 +52,7 @@ TEST(ByteWriter, WritesPadsAndPatches) {
 
 TEST(Narrow, FailsInsteadOfDroppingBits) {
     EXPECT_EQ(Narrow<std::uint16_t>(65535), 65535);
-    try {
-        Narrow<std::uint16_t>(65536);
-        FAIL();
-    } catch (const Failure& failure) {
-        EXPECT_EQ(failure.Number, kOverflow);
-        EXPECT_EQ(failure.Description, "Overflow");
-    }
+    EXPECT_EQ(test::FailureNumber([] { Narrow<std::uint16_t>(65536); }), kOverflow);
     EXPECT_THROW(Narrow<std::uint8_t>(-1), Failure);
 }
 

@@ -1,8 +1,7 @@
 #include "platform/file.h"
 
 #include "foundation/read_file_bytes.h"
-#include "foundation/store.h"
-#include "support/support.h"
+#include "support/saving.h"
 
 namespace tessaro {
 namespace {
@@ -10,34 +9,26 @@ namespace {
 using modReadFileBytes::ReadFileBytes;
 using modReadFileBytes::WriteFileBytes;
 using test::Ascii;
+using test::FailureNumber;
 using test::Hex;
-
-std::int32_t NumberOfFailure(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const Failure& failure) {
-        return failure.Number;
-    }
-    return 0;
-}
 
 TEST(Files, FailWithTheirClassicNumbers) {
     test::TempFolder folder;
     folder.MakeFolder("sub");
     folder.Write("three", Ascii("abc"));
     const auto open = [&](const std::string& name) {
-        return NumberOfFailure([&] { File(folder.File(name), FileMode::Read); });
+        return FailureNumber([&] { File(folder.File(name), FileMode::Read); });
     };
     EXPECT_EQ(open("missing"), kFileNotFound);
     EXPECT_EQ(open(JoinPath("nofolder", "missing")), kPathNotFound);
     EXPECT_EQ(open("sub"), kPathFileAccess);
-    EXPECT_EQ(NumberOfFailure([&] { DeleteFileAt(folder.File("missing")); }), kFileNotFound);
-    EXPECT_EQ(NumberOfFailure([&] { ListFiles(folder.File("nofolder"), "*"); }), kFileNotFound);
+    EXPECT_EQ(FailureNumber([&] { DeleteFileAt(folder.File("missing")); }), kFileNotFound);
+    EXPECT_EQ(FailureNumber([&] { ListFiles(folder.File("nofolder"), "*"); }), kFileNotFound);
     File file(folder.File("three"), FileMode::Read);
-    EXPECT_EQ(NumberOfFailure([&] { file.ReadAt(1, 3); }), kInputPastEnd);
-    EXPECT_EQ(NumberOfFailure([&] { file.ReadAt(0, std::int64_t{1} << 50); }), kInputPastEnd)
+    EXPECT_EQ(FailureNumber([&] { file.ReadAt(1, 3); }), kInputPastEnd);
+    EXPECT_EQ(FailureNumber([&] { file.ReadAt(0, std::int64_t{1} << 50); }), kInputPastEnd)
         << "a hostile size is refused before memory is taken";
-    EXPECT_EQ(NumberOfFailure([] { File().Size(); }), kBadFileNameOrNumber);
+    EXPECT_EQ(FailureNumber([] { File().Size(); }), kBadFileNameOrNumber);
     EXPECT_EQ(file.ReadAt(1, 2), Ascii("bc"));
 }
 
@@ -79,26 +70,17 @@ TEST(Files, ListMatchesInNameOrderAndLeavesFoldersOut) {
 TEST(Files, IncompleteCopyIsRemoved) {
     test::TempFolder folder;
     folder.Write("from", Ascii("abc"));
-    for (int n = 1;; ++n) {
-        test::FailingFiles failing(n);
-        try {
+    test::EachFailure(
+        5, [] {},
+        [&] {
             CopyFileTo(folder.File("from"), folder.File("to"));
-            break;
-        } catch (const Failure& failure) {
-            EXPECT_EQ(failure.Number, kDiskFull);
-            EXPECT_FALSE(FileExists(folder.File("to"))) << n;
-        }
-    }
+            return true;
+        },
+        [&](bool done) { EXPECT_EQ(folder.Has("to"), done); });
     EXPECT_EQ(folder.Read("to"), Ascii("abc"));
 }
 
-class FileNumbers : public testing::Test {
-protected:
-    FileNumbers() { test::FreshStore(folder_.Path()); }
-
-    test::TempFolder folder_;
-    test::ScriptedUserInterface boxes_;
-};
+class FileNumbers : public test::InFolder {};
 
 TEST_F(FileNumbers, ReadUnsignedBelowFourBytesAndZeroBeyondTheEnd) {
     folder_.Write("f", Hex("FFFFFFFF 3412"));
@@ -110,7 +92,7 @@ TEST_F(FileNumbers, ReadUnsignedBelowFourBytesAndZeroBeyondTheEnd) {
     EXPECT_EQ(ReadFileBytes(file, 2, 0), 0x1234) << "continues at the current position";
     EXPECT_EQ(ReadFileBytes(file, 4, 5), 0x1234) << "missing bytes read as zero";
     EXPECT_EQ(ReadFileBytes(file, 4, 100), 0);
-    EXPECT_TRUE(boxes_.boxes.empty());
+    EXPECT_TRUE(ui_.boxes.empty());
 }
 
 TEST_F(FileNumbers, WriteGrowsTheFile) {
@@ -134,11 +116,11 @@ TEST_F(FileNumbers, BadCallsAreReportedAndReadZero) {
     File closed;
     EXPECT_EQ(ReadFileBytes(closed, 2, 1), 0);
     WriteFileBytes(closed, 1, 2, 1);
-    ASSERT_EQ(boxes_.boxes.size(), 4u);
-    EXPECT_EQ(boxes_.boxes[0].title, "modReadFileBytes.ReadFileBytes Error");
-    EXPECT_EQ(boxes_.boxes[2].prompt,
+    ASSERT_EQ(ui_.boxes.size(), 4u);
+    EXPECT_EQ(ui_.boxes[0].title, "modReadFileBytes.ReadFileBytes Error");
+    EXPECT_EQ(ui_.boxes[2].prompt,
               "Error 52 in modReadFileBytes.ReadFileBytes: Bad file name or number");
-    EXPECT_EQ(boxes_.boxes[3].title, "modReadFileBytes.WriteFileBytes Error");
+    EXPECT_EQ(ui_.boxes[3].title, "modReadFileBytes.WriteFileBytes Error");
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include "foundation/store.h"
 #include "platform/system.h"
 #include "saving/replace_files.h"
-#include "support/support.h"
+#include "support/saving.h"
 
 namespace tessaro {
 namespace {
@@ -14,20 +14,11 @@ namespace {
 using namespace modGlobal;
 using test::Ascii;
 
-class Global : public testing::Test {
+class Global : public test::InFolder {
 protected:
-    Global() {
-        test::FreshStore(folder_.Path());
-        ConfiguredGame().backupFolder = folder_.File("backup");
-    }
+    Global() { ConfiguredGame().backupFolder = folder_.File("backup"); }
 
-    std::string Log() const {
-        const ByteArray bytes = folder_.Read("Error.log");
-        return {bytes.begin(), bytes.end()};
-    }
-
-    test::TempFolder folder_;
-    test::ScriptedUserInterface ui_;
+    std::string Log() const { return test::TextOf(folder_.Read("Error.log")); }
 };
 
 TEST_F(Global, ReportShowsLogsAndClears) {
@@ -182,18 +173,14 @@ TEST_F(Global, ALogThatCannotBeWrittenDoesNotKeepOldFilesAway) {
     const std::string a = folder_.Write("A.WL6", Ascii("old a"));
     const std::string b = folder_.Write("B.WL6", Ascii("old b"));
     SharedStore().appPath = folder_.File("nowhere");
-    int moves = 0;
-    SetFileOperationHook([&](FileOperation operation, const std::string&) {
-        if (operation == FileOperation::Move && ++moves >= 3 && moves <= 4)
-            throw Failure(kDiskFull);  // the first new file, then the first restore
-    });
-    try {
-        ReplaceFiles({{a, Ascii("new a")}, {b, Ascii("new b")}});
-        ADD_FAILURE();
-    } catch (const Failure& failure) {
-        EXPECT_EQ(failure.Number, kDiskFull);
+    {
+        // The move of the first new file, then that of the first restore.
+        const test::FailingFiles failing(3, 4, FileOperation::Move);
+        EXPECT_EQ(test::FailureNumber([&] {
+                      ReplaceFiles({{a, Ascii("new a")}, {b, Ascii("new b")}});
+                  }),
+                  kDiskFull);
     }
-    SetFileOperationHook(nullptr);
     EXPECT_EQ(folder_.Read(JoinPath("backup", "A.WL6.001")), Ascii("old a"));
     EXPECT_EQ(folder_.Read("B.WL6"), Ascii("old b"));
 }
@@ -201,31 +188,22 @@ TEST_F(Global, ALogThatCannotBeWrittenDoesNotKeepOldFilesAway) {
 TEST_F(Global, ReplacingFilesIsAllOrNothingAtEveryFileOperation) {
     const std::string a = folder_.File("A.WL6"), b = folder_.File("B.WL6"),
                       c = folder_.File("C.WL6");
-    for (int n = 1;; ++n) {
-        SCOPED_TRACE(n);
-        ASSERT_LT(n, 200);
-        folder_.Write("A.WL6", Ascii("old a"));
-        folder_.Write("B.WL6", Ascii("old b"));
-        bool done = false;
-        int calls = 0;
-        {
-            test::FailingFiles failing(n);
-            try {
-                done =
-                    ReplaceFiles({{a, Ascii("new a")}, {b, Ascii("new b")}, {c, Ascii("new c")}});
-            } catch (const Failure&) {
-            }
-            calls = failing.Calls();
-            if (done && !failing.Failed())
-                break;
-        }
-        EXPECT_FALSE(done);
-        EXPECT_EQ(folder_.Read("A.WL6"), Ascii("old a"));
-        EXPECT_EQ(folder_.Read("B.WL6"), Ascii("old b"));
-        EXPECT_FALSE(FileExists(c)) << calls;
-        EXPECT_TRUE(ListFiles(folder_.Path(), "*.new").empty());
-    }
-    EXPECT_EQ(folder_.Read("A.WL6"), Ascii("new a"));
+    test::EachFailure(
+        15,
+        [&] {
+            folder_.RemoveFolder("backup");
+            folder_.Write("A.WL6", Ascii("old a"));
+            folder_.Write("B.WL6", Ascii("old b"));
+        },
+        [&] {
+            return ReplaceFiles({{a, Ascii("new a")}, {c, Ascii("new c")}, {b, Ascii("new b")}});
+        },
+        [&](bool done) {
+            EXPECT_EQ(folder_.Read("A.WL6"), Ascii(done ? "new a" : "old a"));
+            EXPECT_EQ(folder_.Read("B.WL6"), Ascii(done ? "new b" : "old b"));
+            EXPECT_EQ(FileExists(c), done);
+            EXPECT_TRUE(ListFiles(folder_.Path(), "*.new").empty());
+        });
     EXPECT_EQ(folder_.Read("C.WL6"), Ascii("new c"));
     EXPECT_THROW(ReplaceFiles({{a, Ascii("x")}, {folder_.File("a.wl6"), Ascii("y")}}), Failure)
         << "two files under one name";

@@ -1,12 +1,11 @@
 #include "tessaro/version.h"
 
-#include "foundation/store.h"
-#include "support/support.h"
+#include "support/game.h"
 
 namespace tessaro {
 namespace {
 
-class Version : public testing::Test {
+class Version : public test::InFolder {
 protected:
     Version() { version_.AppPath(folder_.Path()); }
 
@@ -16,8 +15,6 @@ protected:
     }
     bool Load() { return version_.LoadDataPath(folder_.Path()); }
 
-    test::TempFolder folder_;
-    test::ScriptedUserInterface ui_;
     clsVersion version_;
 };
 
@@ -138,9 +135,9 @@ TEST_F(Version, CompileDictionaryIsKeptWhenItsFileFails) {
     EXPECT_FALSE(ConfiguredGame().compileDictionaryLoaded);
 }
 
-TEST_F(Version, RealGameIsFound) {
-    TESSARO_NEEDS_GAME_DATA();
-    ASSERT_TRUE(version_.LoadDataPath(*test::GameFolder()));
+class RealVersion : public test::RealGame {};
+
+TEST_F(RealVersion, IsFound) {
     EXPECT_EQ(version_.Extension(), "WL1");
 }
 

@@ -10,9 +10,9 @@ using modAddWAVHeader::Wave;
 using test::Ascii;
 using test::Hex;
 
-TEST(WavImage, HeaderTakesBothSizesFromTheArgument) {
-    test::TempFolder folder;
-    test::FreshStore(folder.Path());
+class WavImage : public test::InFolder {};
+
+TEST_F(WavImage, HeaderTakesBothSizesFromTheArgument) {
     ByteArray data = Hex("80 81 82");
     modAddWAVHeader::AddWaveHeader(5, data);
     EXPECT_EQ(data, Hex("52 49 46 46 29 00 00 00 57 41 56 45 66 6D 74 20 10 00 00 00"
@@ -62,16 +62,13 @@ INSTANTIATE_TEST_SUITE_P(
                  7042, 8, 1}),
     [](const auto& row) { return std::string(row.param.name); });
 
-TEST(WavImage, ShortFormatChunkIsReportedAndLeavesNothing) {
-    test::TempFolder folder;
-    test::FreshStore(folder.Path());
-    test::ScriptedUserInterface user;
+TEST_F(WavImage, ShortFormatChunkIsReportedAndLeavesNothing) {
     ByteArray samples = Hex("01");
     std::int32_t rate = 1;
     std::int16_t bits = 1, channels = 1;
     modAddWAVHeader::RemoveWaveHeader(Hex("666D7420 10000000 0100"), samples, rate, bits, channels);
-    ASSERT_EQ(user.boxes.size(), 1u);
-    EXPECT_EQ(user.boxes[0].title, "modAddWAVHeader.RemoveWaveHeader Error");
+    ASSERT_EQ(ui_.boxes.size(), 1u);
+    EXPECT_EQ(ui_.boxes[0].title, "modAddWAVHeader.RemoveWaveHeader Error");
     EXPECT_TRUE(samples.empty());
     EXPECT_EQ(rate + bits + channels, 0);
 }

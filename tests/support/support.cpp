@@ -5,8 +5,6 @@
 #include <filesystem>
 #include <random>
 
-#include "foundation/store.h"
-
 namespace tessaro::test {
 
 ByteArray Hex(std::string_view text) {
@@ -30,6 +28,20 @@ ByteArray Ascii(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
+std::string TextOf(ByteSpan bytes) {
+    return {bytes.begin(), bytes.end()};
+}
+
+ByteArray operator+(ByteArray left, ByteSpan right) {
+    left.insert(left.end(), right.begin(), right.end());
+    return left;
+}
+
+ByteArray Part(ByteSpan bytes, std::size_t from, std::size_t size) {
+    const ByteSpan part = bytes.subspan(from, size);
+    return {part.begin(), part.end()};
+}
+
 TempFolder::TempFolder() {
     static std::atomic<int> counter{0};
     const std::filesystem::path base = std::filesystem::temp_directory_path();
@@ -43,6 +55,10 @@ TempFolder::TempFolder() {
 TempFolder::~TempFolder() {
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);
+}
+
+void TempFolder::RemoveFolder(std::string_view name) const {
+    std::filesystem::remove_all(File(name));
 }
 
 std::string TempFolder::Write(std::string_view name, std::span<const std::uint8_t> bytes) const {
@@ -86,15 +102,6 @@ std::optional<std::int32_t> ScriptedUserInterface::ChooseColor(std::int32_t) {
     const std::optional<std::int32_t> color = colors.front();
     colors.pop_front();
     return color;
-}
-
-FailingFiles::FailingFiles(int failAt, std::int32_t number) {
-    SetFileOperationHook([this, failAt, number](FileOperation, const std::string&) {
-        if (++calls_ == failAt) {
-            failed_ = true;
-            throw Failure(number);
-        }
-    });
 }
 
 std::optional<std::string> GameFolder(const std::string& name) {

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/store.h"
 #include "platform/file.h"
 #include "tessaro/user_interface.h"
 
@@ -19,6 +20,23 @@ namespace tessaro::test {
 ByteArray Hex(std::string_view text);
 /// The bytes of a text.
 ByteArray Ascii(std::string_view text);
+/// The text that bytes are.
+std::string TextOf(ByteSpan bytes);
+/// The bytes of both.
+ByteArray operator+(ByteArray left, ByteSpan right);
+/// `size` bytes from `from` on; all that follow where it is left out.
+ByteArray Part(ByteSpan bytes, std::size_t from, std::size_t size = std::dynamic_extent);
+
+/// The number of the Failure that `body` throws; 0 where it throws none.
+template <class Body>
+std::int32_t FailureNumber(Body&& body) {
+    try {
+        body();
+        return 0;
+    } catch (const Failure& failure) {
+        return failure.Number;
+    }
+}
 
 /// A fresh folder, removed again with everything in it. `File` names a path inside.
 class TempFolder {
@@ -34,6 +52,7 @@ public:
     ByteArray Read(std::string_view name) const { return ReadWholeFile(File(name)); }
     bool Has(std::string_view name) const { return FileExists(File(name)); }
     void MakeFolder(std::string_view name) const { CreateFolder(File(name)); }
+    void RemoveFolder(std::string_view name) const;
 
 private:
     std::string path_;
@@ -50,6 +69,9 @@ class ScriptedUserInterface : public UserInterface {
 public:
     ScriptedUserInterface() : before_(SetUserInterface(this)) {}
     ~ScriptedUserInterface() override { SetUserInterface(before_); }
+
+    /// The prompt of the last box; empty where none was shown.
+    std::string LastPrompt() const { return boxes.empty() ? "" : boxes.back().prompt; }
 
     std::vector<ShownBox> boxes;
     std::deque<enmMsgBoxResult> answers;
@@ -69,22 +91,6 @@ private:
     UserInterface* before_;
 };
 
-/// Makes the n-th file operation of this thread (from 1) fail once with `number`; counts all.
-class FailingFiles {
-public:
-    explicit FailingFiles(int failAt, std::int32_t number = kDiskFull);
-    ~FailingFiles() { SetFileOperationHook(nullptr); }
-    FailingFiles(const FailingFiles&) = delete;
-    FailingFiles& operator=(const FailingFiles&) = delete;
-
-    int Calls() const { return calls_; }
-    bool Failed() const { return failed_; }
-
-private:
-    int calls_ = 0;
-    bool failed_ = false;
-};
-
 /// The folder of a real game's data, where TESSARO_GAME_DATA names the folder above it.
 std::optional<std::string> GameFolder(const std::string& name = "wl1");
 
@@ -96,5 +102,14 @@ std::optional<std::string> GameFolder(const std::string& name = "wl1");
 /// Sets AppPath to a folder, so that the error log of a test stays in it, and forgets every other
 /// setting of the thread's store.
 void FreshStore(const std::string& appPath);
+
+/// A test with a folder, a fresh store and boxes of its own.
+class InFolder : public testing::Test {
+protected:
+    InFolder() { FreshStore(folder_.Path()); }
+
+    TempFolder folder_;
+    ScriptedUserInterface ui_;
+};
 
 }  // namespace tessaro::test
