@@ -1,11 +1,12 @@
 #include "console.h"
 
+#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <utility>
 
-#include "error.h"
+#include "report.h"
 
 #ifdef _WIN32
 #include <io.h>
@@ -17,17 +18,25 @@ namespace tessaro::cli {
 
 namespace {
 
-/// The library titles a failure with the procedure and repeats it in the text; the user is told
-/// what the command tried instead, so only the description stays.
-std::string DescriptionOf(const std::string& prompt, const std::string& title) {
-    constexpr std::string_view kSuffix = " Error";
-    if (title.size() <= kSuffix.size() || !prompt.starts_with("Error "))
-        return prompt;
+/// A failure's box says "Error 53 in clsVSwap.Initialize: File not found" under the title
+/// "clsVSwap.Initialize Error". The user is told what the command tried instead of the procedure.
+struct BoxOfFailure {
+    std::optional<std::int32_t> number;
+    std::string description;
+};
+
+BoxOfFailure ReadBox(const std::string& prompt, const std::string& title) {
+    constexpr std::string_view kStart = "Error ", kSuffix = " Error";
+    std::int32_t number = 0;
+    const char* end = prompt.data() + prompt.size();
+    if (title.size() <= kSuffix.size() || !prompt.starts_with(kStart) ||
+        std::from_chars(prompt.data() + kStart.size(), end, number).ec != std::errc())
+        return {{}, prompt};
     const std::string procedure = " in " + title.substr(0, title.size() - kSuffix.size());
     const std::size_t at = prompt.find(procedure);
     const std::size_t colon =
         at == std::string::npos ? at : prompt.find(": ", at + procedure.size());
-    return colon == std::string::npos ? prompt : prompt.substr(colon + 2);
+    return {number, colon == std::string::npos ? prompt : prompt.substr(colon + 2)};
 }
 
 }  // namespace
@@ -46,9 +55,15 @@ enmMsgBoxResult Console::MsgBox(const std::string& prompt, std::int32_t style,
     if (style & mbYesNo)
         return Confirm(OneLine(prompt)) ? mrYes : mrNo;
     const bool failure = (style & 0xF0) == mbCritical;
-    if (failure)
-        PrepareLogFolder();
-    (failure ? failures_ : notices_).push_back(OneLine(DescriptionOf(prompt, title)));
+    if (!failure) {
+        notices_.push_back(OneLine(prompt));
+        return mrOK;
+    }
+    PrepareLogFolder();
+    const BoxOfFailure box = ReadBox(prompt, title);
+    if (failures_.empty())
+        failureNumber_ = box.number;
+    failures_.push_back(OneLine(box.description));
     return mrOK;
 }
 
@@ -107,6 +122,7 @@ std::string Console::TakeReason() {
     if (reason.empty() && !declined_.empty())
         reason = "not confirmed (--yes confirms): " + declined_;
     failures_.clear();
+    failureNumber_.reset();
     notices_.clear();
     declined_.clear();
     return reason;
@@ -119,25 +135,6 @@ std::vector<std::string> Console::TakeNotices() {
 Console& TheConsole() {
     static Console console;
     return console;
-}
-
-void Fail(const std::string& what) {
-    const std::string reason = TheConsole().TakeReason();
-    throw CommandError(reason.empty() ? what : what + ": " + reason);
-}
-
-std::string OneLine(const std::string& text) {
-    std::string line;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte > 32 && byte != 127)
-            line += c;
-        else if (!line.empty() && line.back() != ' ')
-            line += ' ';
-    }
-    while (!line.empty() && line.back() == ' ')
-        line.pop_back();
-    return line;
 }
 
 bool IsTerminal(int stream) {

@@ -35,6 +35,8 @@ public:
     bool Confirm(const std::string& question);
     /// Whether a failure was reported since the messages were last taken.
     bool HasFailure() const;
+    /// The number of the first of them; nothing where there is none.
+    std::optional<std::int32_t> FailureNumber() const { return failureNumber_; }
     /// Why the last operation failed, on one line; forgets what was collected.
     std::string TakeReason();
     /// What was said besides failures; forgets it.
@@ -46,17 +48,11 @@ private:
     clsVersion settings_;  // made once: making one brings the default palette back
     std::vector<std::string> failures_, notices_;
     std::string declined_;
+    std::optional<std::int32_t> failureNumber_;
     std::optional<std::int32_t> pendingColor_;
 };
 
 Console& TheConsole();
-
-/// Throws a CommandError: what was tried, and the collected reason.
-[[noreturn]] void Fail(const std::string& what);
-
-/// Runs of blanks, line breaks and control characters become one blank: text from a file must not
-/// drive the terminal.
-std::string OneLine(const std::string& text);
 
 /// Whether the stream is a terminal: 0 standard input, 2 standard error.
 bool IsTerminal(int stream);

@@ -4,33 +4,84 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 
-#include "error.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
 namespace fs = std::filesystem;
 
-ByteArray ReadFile(const std::string& path) {
+namespace {
+
+std::ifstream OpenToRead(const std::string& path) {
     std::error_code error;
     if (fs::is_directory(path, error))
         throw CommandError(path + " is a folder");
     std::ifstream in(path, std::ios::binary);
     if (!in)
-        throw CommandError("cannot read " + path);
+        throw CommandError("cannot read " + path +
+                           (fs::exists(path, error) ? "" : ": there is no such file"));
+    return in;
+}
+
+/// Whether the bytes reached the file.
+bool Wrote(const fs::path& path, const ByteArray& bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
+    out.close();
+    return !out.fail();
+}
+
+/// A free name in the same folder.
+fs::path NameBeside(const fs::path& path) {
+    std::random_device random;
+    fs::path name;
+    do {
+        name = path;
+        name += ".new" + std::to_string(random());
+    } while (fs::exists(name));
+    return name;
+}
+
+}  // namespace
+
+ByteArray ReadFile(const std::string& path) {
+    std::ifstream in = OpenToRead(path);
     ByteArray bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
     if (in.bad())
         throw CommandError("cannot read " + path);
     return bytes;
 }
 
+void CheckReadable(const std::string& path) {
+    OpenToRead(path);
+}
+
 void WriteFile(const std::string& path, const ByteArray& bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(bytes.data()),
-              static_cast<std::streamsize>(bytes.size()));
-    out.close();
-    if (!out)
-        throw CommandError("cannot write " + path);
+    std::error_code error;
+    const fs::file_status there = fs::status(path, error);
+    if (fs::exists(there) && !fs::is_regular_file(there)) {  // a pipe, a device: nothing to replace
+        if (fs::is_directory(there) || !Wrote(path, bytes))
+            throw CommandError("cannot write " + path +
+                               (fs::is_directory(there) ? ": it is a folder" : ""));
+        return;
+    }
+    const fs::path place = fs::exists(there) ? fs::canonical(path) : fs::path(path);
+    const fs::path beside = NameBeside(place);
+    bool done = Wrote(beside, bytes);
+    if (done && fs::exists(there))
+        fs::permissions(beside, there.permissions(), error);
+    if (done) {
+        fs::rename(beside, place, error);
+        done = !error;
+    }
+    if (!done) {
+        const std::string reason = error ? ": " + error.message() : "";
+        fs::remove(beside, error);
+        throw CommandError("cannot write " + path + reason);
+    }
 }
 
 void CreateFolders(const std::string& path) {

@@ -9,6 +9,10 @@
 namespace tessaro::cli {
 
 ByteArray ReadFile(const std::string& path);
+/// Fails, in the command's own words, for a file that cannot be read.
+void CheckReadable(const std::string& path);
+/// Writes a file whole or not at all: beside its place first, then renamed onto it. Every file of
+/// the command's own is written through here.
 void WriteFile(const std::string& path, const ByteArray& bytes);
 void CreateFolders(const std::string& path);
 /// Removes a file if it is there.

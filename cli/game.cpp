@@ -5,18 +5,15 @@
 #include <array>
 #include <filesystem>
 
+#include "commands/arguments.h"
 #include "console.h"
-#include "error.h"
 #include "files.h"
 #include "progress.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
 namespace fs = std::filesystem;
-
-void AddYes(CLI::App& command) {
-    command.add_flag("-y,--yes", TheConsole().assumeYes, "Answer every question with yes");
-}
 
 void SaveOptions::AddTo(CLI::App& command) {
     command.add_option("--output", output, "Write into DIR and leave the game as it is")

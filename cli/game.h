@@ -59,9 +59,6 @@ private:
     std::unique_ptr<clsAudioT> audio_;
 };
 
-/// --yes alone.
-void AddYes(CLI::App& command);
-
 /// A map's name as people see it: cut at its first zero byte and trimmed.
 std::string DisplayName(const clsGameMaps& maps, int map);
 

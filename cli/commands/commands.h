@@ -1,7 +1,9 @@
-// The commands: each adds itself to the command line and runs when it is called.
+// The commands: one table, from which the command line, the help, the reference, the manual page
+// and the completion of a shell come.
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -9,50 +11,39 @@
 
 namespace tessaro::cli {
 
-void AddInfo(CLI::App& app);
-void AddList(CLI::App& app);
-void AddRender(CLI::App& app);
-void AddSheet(CLI::App& app);
-void AddExtract(CLI::App& app);
-void AddImport(CLI::App& app);
-void AddMap(CLI::App& app);
-void AddText(CLI::App& app);
-void AddPalette(CLI::App& app);
-void AddSample(CLI::App& app);
-
-// The commands below `map`.
-void AddMapExport(CLI::App& map);
-void AddMapImport(CLI::App& map);
-void AddMapConvert(CLI::App& map);
-void AddMapEdits(CLI::App& map);
-
-/// The FOLDER that nearly every command starts with.
-void AddFolder(CLI::App& command, std::string& folder);
-/// --kind K, as often as wanted.
-void AddKinds(CLI::App& command, std::vector<std::string>& names);
-/// The kinds of those names, all kinds for none.
-std::vector<const ItemKind*> KindsNamed(const std::vector<std::string>& names);
-
-/// The options that fill in an iPhone map file, and the format and tag that go with an export.
-struct ExportOptions {
-    std::string formatName, par, floor, ceiling, tag;
-    bool noNames = false;
-
-    void AddTo(CLI::App& command);
-    /// Hands the settings to the form; fails with a UsageError for a value that makes no sense.
-    void Apply(clsGameMaps& maps) const;
-    /// The format asked for, otherwise the one of the file's extension, otherwise KZR.
-    enmMapFileType FormatFor(const std::string& file) const;
+struct Command {
+    const char* name;                ///< "map set" is `set` below the group `map`
+    const char* summary;             ///< one line
+    void (*add)(CLI::App& command);  ///< adds the arguments and what runs; null for a group
 };
 
-/// "KZR", for people.
-std::string FormatName(enmMapFileType type);
-/// Whether a file of this extension can take several maps.
-bool HoldsManyMaps(const std::string& file);
+/// Every command, a group before what stands below it.
+std::span<const Command> Commands();
 
-/// A failure that does not end the command: its line goes to stderr at once, and the exit code will
-/// be 1.
-void ReportAndGoOn(const std::string& message);
-bool AnythingReported();
+/// Adds the commands of the table, and to each the options that all have.
+void AddCommands(CLI::App& app);
+
+/// What all the command's documents say about its commands, from the table and the arguments.
+enum class Document { Manual, Completion, Reference };
+std::string Generate(const CLI::App& app, Document document);
+
+// What the rows of the table add.
+void AddInfo(CLI::App& command);
+void AddList(CLI::App& command);
+void AddRender(CLI::App& command);
+void AddSheet(CLI::App& command);
+void AddExtract(CLI::App& command);
+void AddImport(CLI::App& command);
+void AddMapExport(CLI::App& command);
+void AddMapImport(CLI::App& command);
+void AddMapConvert(CLI::App& command);
+void AddMapResize(CLI::App& command);
+void AddMapAdd(CLI::App& command);
+void AddMapRemove(CLI::App& command);
+void AddMapRename(CLI::App& command);
+void AddMapSet(CLI::App& command);
+void AddText(CLI::App& command);
+void AddPaletteConvert(CLI::App& command);
+void AddSample(CLI::App& command);
 
 }  // namespace tessaro::cli

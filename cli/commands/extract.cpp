@@ -1,9 +1,10 @@
 // tessaro extract FOLDER OUT [--kind K] [--bmp]
 #include <iostream>
 
+#include "commands/arguments.h"
 #include "commands/commands.h"
-#include "error.h"
 #include "files.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
@@ -31,10 +32,8 @@ void ExtractKind(Game& game, const ItemKind& kind, const Options& options) {
             ReportAndGoOn(error.what());
         }
     }
-    std::cout << kind.Name() << ": " << items << " items in " << to.Files() << " files";
-    if (empty > 0)
-        std::cout << ", " << empty << " without data";
-    std::cout << '\n';
+    Say(kind.Name() + ": " + std::to_string(items) + " items in " + std::to_string(to.Files()) +
+        " files" + (empty > 0 ? ", " + std::to_string(empty) + " without data" : ""));
 }
 
 void Run(const Options& options) {
@@ -53,16 +52,14 @@ void Run(const Options& options) {
 
 }  // namespace
 
-void AddExtract(CLI::App& app) {
-    CLI::App* command =
-        app.add_subcommand("extract", "Write the items of a game into files, a folder per kind");
+void AddExtract(CLI::App& command) {
     auto options = std::make_shared<Options>();
-    AddFolder(*command, options->folder);
-    command->add_option("OUT", options->out, "The folder to write into; created when missing")
+    AddFolder(command, options->folder);
+    command.add_option("OUT", options->out, "The folder to write into; created when missing")
         ->required();
-    AddKinds(*command, options->kinds);
-    command->add_flag("--bmp", options->bmp, "Pictures as BMP files instead of PNG files");
-    command->callback([options] { Run(*options); });
+    AddKinds(command, options->kinds);
+    command.add_flag("--bmp", options->bmp, "Pictures as BMP files instead of PNG files");
+    command.callback([options] { Run(*options); });
 }
 
 }  // namespace tessaro::cli

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <iostream>
 
+#include "commands/arguments.h"
 #include "commands/commands.h"
-#include "console.h"
-#include "error.h"
 #include "files.h"
+#include "report.h"
 #include "sounds/wav.h"
 
 namespace tessaro::cli {
@@ -13,16 +13,11 @@ namespace tessaro::cli {
 namespace {
 
 struct Options {
-    std::string folder, file, compression;
+    std::string folder, file;
+    enmVSWAPCompression compression = vcNone;
     std::optional<int> wall, sprite, sound, picture, chunk, audio;
     SaveOptions save;
-
-    enmVSWAPCompression Compression() const {
-        return compression == "original" ? vcOriginal : compression == "good" ? vcGood : vcNone;
-    }
 };
-
-constexpr std::uint8_t kHole = 255;
 
 /// The file's picture in the game's colours.
 IndexedImage LoadImage(Game& game, const std::string& file, std::optional<std::uint8_t> hole) {
@@ -33,9 +28,8 @@ IndexedImage LoadImage(Game& game, const std::string& file, std::optional<std::u
     } catch (const CommandError& error) {
         throw CommandError(file + ": " + error.what());
     }
-    std::cout << file << ": "
-              << (mapped.kept ? "the palette is the game's, its indices are kept\n"
-                              : "the palette is not the game's, each colour became the nearest\n");
+    Say(file + (mapped.kept ? ": the palette is the game's, its indices are kept"
+                            : ": the palette is not the game's, each colour became the nearest"));
     return mapped.image;
 }
 
@@ -53,7 +47,7 @@ void ImportWall(Game& game, const Options& options) {
     const IndexedImage image = LoadImage(game, options.file, {});
     CheckSide(game, image, options);
     game.Pages().SetChunkData(*options.wall, ToBmp(image));
-    game.SavePages(options.save, options.Compression());
+    game.SavePages(options.save, options.compression);
 }
 
 void ImportSprite(Game& game, const Options& options) {
@@ -61,7 +55,7 @@ void ImportSprite(Game& game, const Options& options) {
     const IndexedImage image = LoadImage(game, options.file, kHole);
     CheckSide(game, image, options);
     game.Pages().SetChunkData(game.Pages().NumberOfWalls() + *options.sprite, ToBmp(image));
-    game.SavePages(options.save, options.Compression());
+    game.SavePages(options.save, options.compression);
 }
 
 void ImportSound(Game& game, const Options& options) {
@@ -73,13 +67,17 @@ void ImportSound(Game& game, const Options& options) {
     } catch (const CommandError& error) {
         throw CommandError(options.file + ": " + error.what());
     }
-    if (wav.rate != 7042 || wav.bits != 8 || wav.channels != 1)
+    if (wav.rate != kSoundRate || wav.bits != 8 || wav.channels != 1)
         throw CommandError(options.file + " has " + std::to_string(wav.rate) + " Hz, " +
                            std::to_string(wav.bits) + " bits, " + std::to_string(wav.channels) +
-                           " channels; the game plays 7042 Hz, 8 bits, 1 channel");
+                           " channels; the game plays " + std::to_string(kSoundRate) +
+                           " Hz, 8 bits, 1 channel");
     game.Pages().SetSoundData(*options.sound, WriteWav(wav.samples));
-    game.SavePages(options.save, options.Compression());
+    game.SavePages(options.save, options.compression);
 }
+
+constexpr Choice<enmVSWAPCompression> kCompressions[] = {
+    {"none", vcNone}, {"original", vcOriginal}, {"good", vcGood}};
 
 clsVGAGraph& WritableGraphics(Game& game) {
     clsVGAGraph& graphics = game.Graphics();
@@ -132,12 +130,11 @@ void Run(const Options& options) {
 
 }  // namespace
 
-void AddImport(CLI::App& app) {
-    CLI::App* command = app.add_subcommand("import", "Replace one item of a game by a file");
+void AddImport(CLI::App& command) {
     auto options = std::make_shared<Options>();
-    AddFolder(*command, options->folder);
-    command->add_option("FILE", options->file, "The file with the new item")->required();
-    CLI::Option_group* item = command->add_option_group("item", "What to replace");
+    AddFolder(command, options->folder);
+    command.add_option("FILE", options->file, "The file with the new item")->required();
+    CLI::Option_group* item = command.add_option_group("item", "What to replace");
     const auto add = [&](const char* name, std::optional<int>& number, const char* help) {
         item->add_option(name, number, help)->type_name("N");
     };
@@ -148,13 +145,10 @@ void AddImport(CLI::App& app) {
     add("--chunk", options->chunk, "A graphics chunk, from its expanded bytes");
     add("--audio", options->audio, "An audio chunk, from its bytes");
     item->require_option(1);
-    command
-        ->add_option("--compression", options->compression,
-                     "How sprites share pixels: none, original or good [none, as the games do]")
-        ->type_name("C")
-        ->check(CLI::IsMember({"none", "original", "good"}).description(""));
-    options->save.AddTo(*command);
-    command->callback([options] { Run(*options); });
+    AddChoice(command, "--compression", options->compression, ListOf(kCompressions),
+              "How sprites share pixels [none, as the games do]");
+    options->save.AddTo(command);
+    command.callback([options] { Run(*options); });
 }
 
 }  // namespace tessaro::cli

@@ -2,8 +2,10 @@
 #include <filesystem>
 #include <iostream>
 
+#include "commands/arguments.h"
 #include "commands/commands.h"
-#include "error.h"
+#include "report.h"
+#include "variants.h"
 
 namespace tessaro::cli {
 
@@ -14,33 +16,9 @@ void Line(const std::string& label, const std::string& text) {
               << '\n';
 }
 
-/// The variants that go by a well-known extension.
-std::string VariantOf(const clsVersion& version) {
-    struct Variant {
-        const char* extension;
-        const char* name;
-    };
-    constexpr Variant kVariants[] = {
-        {"WL1", "Wolfenstein 3D, shareware"},
-        {"WL3", "Wolfenstein 3D, three episodes"},
-        {"WL6", "Wolfenstein 3D, six episodes"},
-        {"WJ6", "Wolfenstein 3D, Japanese"},
-        {"SOD", "Spear of Destiny"},
-        {"SDM", "Spear of Destiny, demo"},
-        {"SD1", "Spear of Destiny, mission 1"},
-        {"SD2", "Spear of Destiny, mission 2"},
-        {"SD3", "Spear of Destiny, mission 3"},
-        {"BS1", "Blake Stone, shareware"},
-        {"BS6", "Blake Stone"},
-        {"VSI", "Blake Stone: Planet Strike"},
-        {"CO7", "Corridor 7"},
-        {"BM1", "Bio Menace, first episode"},
-        {"BM2", "Bio Menace, second episode"},
-        {"BM3", "Bio Menace, third episode"},
-    };
-    for (const Variant& variant : kVariants)
-        if (version.Extension() == variant.extension)
-            return variant.name;
+std::string GameOf(const clsVersion& version) {
+    if (const Variant* variant = VariantOf(version.Extension()))
+        return variant->name;
     return version.EGAGraphics() ? "a game with 16 colours" : "a game with 256 colours";
 }
 
@@ -118,7 +96,7 @@ void Run(const std::string& folder) {
     Game game(folder);
     const clsVersion& version = game.Version();
     Line("folder", game.Folder());
-    Line("game", VariantOf(version));
+    Line("game", GameOf(version));
     Line("extension", version.Extension());
     for (const std::string& path :
          {version.MapHeaderFile(), version.GameMapsFile(), version.VSwapFile(),
@@ -132,11 +110,10 @@ void Run(const std::string& folder) {
 
 }  // namespace
 
-void AddInfo(CLI::App& app) {
-    CLI::App* command = app.add_subcommand("info", "Tell which game a folder holds, and how much");
+void AddInfo(CLI::App& command) {
     auto folder = std::make_shared<std::string>();
-    AddFolder(*command, *folder);
-    command->callback([folder] { Run(*folder); });
+    AddFolder(command, *folder);
+    command.callback([folder] { Run(*folder); });
 }
 
 }  // namespace tessaro::cli

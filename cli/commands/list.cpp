@@ -3,9 +3,9 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
+#include "commands/arguments.h"
 #include "commands/commands.h"
-#include "console.h"
-#include "error.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
@@ -14,7 +14,6 @@ namespace {
 struct Options {
     std::string folder;
     std::vector<std::string> kinds;
-    bool json = false;
 };
 
 using Json = nlohmann::ordered_json;
@@ -83,19 +82,19 @@ void ForEachItem(Game& game, const ItemKind& kind, Show&& show) {
 void Run(const Options& options) {
     Game game(options.folder);
     Json all = Json::array();
-    if (!options.json)
+    if (!TheManner().json)
         Row("kind", "number", "size", "bytes", "crc32", "name or type");
     for (const ItemKind* kind : KindsNamed(options.kinds)) {
         if (!kind->In(game))
             continue;
         ForEachItem(game, *kind, [&](const Item& item) {
-            if (options.json)
+            if (TheManner().json)
                 all.push_back(JsonOf(*kind, item));
             else
                 ShowRow(*kind, item);
         });
     }
-    if (!options.json)
+    if (!TheManner().json)
         return;
     std::cout << "[";
     for (std::size_t i = 0; i < all.size(); ++i)  // an item a line
@@ -106,13 +105,12 @@ void Run(const Options& options) {
 
 }  // namespace
 
-void AddList(CLI::App& app) {
-    CLI::App* command = app.add_subcommand("list", "List the items of a game with their checksums");
+void AddList(CLI::App& command) {
     auto options = std::make_shared<Options>();
-    AddFolder(*command, options->folder);
-    AddKinds(*command, options->kinds);
-    command->add_flag("--json", options->json, "One JSON array instead of a table");
-    command->callback([options] { Run(*options); });
+    AddFolder(command, options->folder);
+    AddKinds(command, options->kinds);
+    AddJson(command, "One JSON array instead of a table; errors as JSON too");
+    command.callback([options] { Run(*options); });
 }
 
 }  // namespace tessaro::cli

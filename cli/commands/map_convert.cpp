@@ -4,10 +4,12 @@
 #include <iostream>
 #include <random>
 
+#include "commands/arguments.h"
 #include "commands/commands.h"
+#include "commands/export_options.h"
 #include "console.h"
-#include "error.h"
 #include "files.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
@@ -65,7 +67,7 @@ void ImportAll(clsGameMaps& maps, const std::string& file) {
 }
 
 void Run(const Options& options) {
-    ReadFile(options.in);  // so that a missing file is told in the command's own words
+    CheckReadable(options.in);
     const Workshop workshop;
     clsVersion version;
     version.AppPath(StateFolder());
@@ -78,41 +80,37 @@ void Run(const Options& options) {
     ImportAll(maps, options.in);
     options.how.Apply(maps);
 
-    enmMapFileType type = options.how.FormatFor(options.out);
+    const MapFormat& format = options.how.FormatFor(options.out);
+    enmMapFileType type = format.type;
     const bool many = !options.map && maps.NumberOfMaps() > 1;
-    if (many && (type == mftMapEditMapFile || type == mftiPhoneMapFile))
+    if (many && !format.many)
         throw UsageError("such a file holds one map; --map N says which of the " +
                          std::to_string(maps.NumberOfMaps()));
     if (options.map)
         CheckNumber("map", *options.map, maps.NumberOfMaps());
     // Exported beside the target first: an old file there would impose its own format.
-    const char* extension = type == mftFloEditMapFile   ? "new.lvl"
-                            : type == mftROTTRTLMapFile ? "new.rtl"
-                            : type == mftROTTRTCMapFile ? "new.rtc"
-                                                        : "new.map";
-    const std::string made = workshop.Path(extension);
+    const std::string made =
+        workshop.Path(std::string("new.") + (format.many ? format.extension : "map"));
     const bool exported =
         many ? maps.ExportMultiMap(CountedFrom0(maps.NumberOfMaps()), made, !options.how.noNames)
              : maps.ExportMap(options.map.value_or(0), made, !options.how.noNames, type);
     if (!exported || !fs::exists(made))
         Fail(options.in + " was not converted");
     WriteFile(options.out, ReadFile(made));
-    std::cout << options.out << ": " << (many ? maps.NumberOfMaps() : 1) << " maps, "
-              << FormatName(type) << '\n';
+    Say(options.out + ": " + std::to_string(many ? maps.NumberOfMaps() : 1) + " maps, " +
+        FormatOf(type).name);
 }
 
 }  // namespace
 
-void AddMapConvert(CLI::App& map) {
-    CLI::App* command =
-        map.add_subcommand("convert", "Turn a map file into one of another format, without a game");
+void AddMapConvert(CLI::App& command) {
     auto options = std::make_shared<Options>();
-    command->add_option("IN", options->in, "The map file to read; its format is recognised")
+    command.add_option("IN", options->in, "The map file to read; its format is recognised")
         ->required();
-    command->add_option("OUT", options->out, "The map file to write")->required();
-    command->add_option("--map", options->map, "Only this map of the file, from 0")->type_name("N");
-    options->how.AddTo(*command);
-    command->callback([options] { Run(*options); });
+    command.add_option("OUT", options->out, "The map file to write")->required();
+    command.add_option("--map", options->map, "Only this map of the file, from 0")->type_name("N");
+    options->how.AddTo(command);
+    command.callback([options] { Run(*options); });
 }
 
 }  // namespace tessaro::cli

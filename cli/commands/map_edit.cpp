@@ -1,9 +1,8 @@
 // tessaro map resize | add | remove | rename | set
-#include <iostream>
-
+#include "commands/arguments.h"
 #include "commands/commands.h"
 #include "console.h"
-#include "error.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
@@ -31,6 +30,11 @@ void Resize(Game& game, const Edit& edit) {
     if (!game.Version().CanChangeMapSize() &&
         !TheConsole().Confirm("This game's maps have a fixed size. Resize all the same?"))
         Fail("the map was not resized");
+    constexpr std::int64_t kMostCells = 16'777'216;
+    if (edit.width < 1 || edit.height < 1 || std::int64_t{edit.width} * edit.height > kMostCells)
+        throw CommandError("a map cannot have " + std::to_string(edit.width) + " x " +
+                           std::to_string(edit.height) + " cells (at least 1 x 1, at most " +
+                           std::to_string(kMostCells) + " in all)");
     if (!game.Maps().ResizeMap(edit.map, edit.width, edit.height, edit.fill))
         Fail("the map was not resized");
 }
@@ -54,6 +58,13 @@ void Rename(Game& game, const Edit& edit) {
 }
 
 void Set(Game& game, const Edit& edit) {
+    typMapPlane planes;
+    std::int32_t width = 0, height = 0;
+    if (!game.Maps().LoadMap(edit.map, planes, width, height))
+        Fail("map " + std::to_string(edit.map));
+    CheckNumber("plane", edit.plane, static_cast<int>(planes.Plane.size()));
+    CheckNumber("column", edit.x, width);
+    CheckNumber("row", edit.y, height);
     if (!game.Maps().SetMapCode(edit.map, edit.plane, edit.x, edit.y, edit.value))
         Fail("the cell was not set");
 }
@@ -67,55 +78,55 @@ void Run(const Edit& edit, Change change, bool adds) {
     CheckNumber("map", now.map, adds ? count + 1 : count);
     change(game, now);
     game.SaveMaps(edit.save);
-    std::cout << game.Maps().NumberOfMaps() << " maps saved\n";
+    Say(std::to_string(game.Maps().NumberOfMaps()) + " maps saved");
 }
 
-CLI::App* AddEdit(CLI::App& map, const char* name, const char* help, Change change,
-                  const std::shared_ptr<Edit>& edit, bool adds = false) {
-    CLI::App* command = map.add_subcommand(name, help);
-    AddFolder(*command, edit->folder);
-    CLI::Option* number = command->add_option(
-        "MAP", edit->map,
-        adds ? "The number, from 0, that it takes [the last]" : "The map's number, from 0");
-    if (!adds)
-        number->required();
-    edit->save.AddTo(*command);
-    command->callback([=] { Run(*edit, change, adds); });
-    return command;
+/// What every change of the map set takes and does; the rest are the command's own arguments.
+Edit& AddEdit(CLI::App& command, Change change, bool adds = false) {
+    auto edit = std::make_shared<Edit>();
+    AddFolder(command, edit->folder);
+    if (adds)
+        command.add_option("MAP", edit->map, "The number, from 0, that it takes [the last]");
+    else
+        AddMapNumber(command, edit->map);
+    edit->save.AddTo(command);
+    command.callback([=] { Run(*edit, change, adds); });
+    return *edit;
 }
 
-void AddCell(CLI::App* command, const char* option, int& value, const char* help) {
-    command->add_option(option, value, help)->check(CLI::Range(0, 0xFFFF));
+CLI::Option* AddCell(CLI::App& command, const char* option, int& value, const char* help) {
+    return AddNumber(command, option, value, 0, 0xFFFF, help);
 }
 
 }  // namespace
 
-void AddMapEdits(CLI::App& map) {
-    auto resize = std::make_shared<Edit>();
-    CLI::App* command = AddEdit(map, "resize", "Give a map a new size, keeping its top left corner",
-                                Resize, resize);
-    command->add_option("WIDTH", resize->width, "Cells across")->required();
-    command->add_option("HEIGHT", resize->height, "Cells down")->required();
-    AddCell(command, "--fill", resize->fill, "What new cells of the first plane hold [0]");
+void AddMapResize(CLI::App& command) {
+    Edit& edit = AddEdit(command, Resize);
+    command.add_option("WIDTH", edit.width, "Cells across")->required();
+    command.add_option("HEIGHT", edit.height, "Cells down")->required();
+    AddCell(command, "--fill", edit.fill, "What new cells of the first plane hold [0]");
+}
 
-    auto add = std::make_shared<Edit>();
-    command = AddEdit(map, "add", "Add an empty map of 64 x 64 cells", Add, add, true);
-    command->add_option("--name", add->name, "Its name [NEW]");
+void AddMapAdd(CLI::App& command) {
+    Edit& edit = AddEdit(command, Add, true);
+    command.add_option("--name", edit.name, "Its name [NEW]");
+}
 
-    AddEdit(map, "remove", "Remove a map; the last one left is emptied instead", Remove,
-            std::make_shared<Edit>());
+void AddMapRemove(CLI::App& command) {
+    AddEdit(command, Remove);
+}
 
-    auto rename = std::make_shared<Edit>();
-    command = AddEdit(map, "rename", "Give a map another name", Rename, rename);
-    command->add_option("NAME", rename->name, "The new name")->required();
+void AddMapRename(CLI::App& command) {
+    Edit& edit = AddEdit(command, Rename);
+    command.add_option("NAME", edit.name, "The new name")->required();
+}
 
-    auto set = std::make_shared<Edit>();
-    command = AddEdit(map, "set", "Change one cell of a map", Set, set);
-    command->add_option("PLANE", set->plane, "The plane, from 0")->required();
-    command->add_option("X", set->x, "The column, from 0")->required();
-    command->add_option("Y", set->y, "The row, from 0")->required();
-    AddCell(command, "VALUE", set->value, "What the cell holds from now on, 0 to 65535");
-    command->get_option("VALUE")->required();
+void AddMapSet(CLI::App& command) {
+    Edit& edit = AddEdit(command, Set);
+    command.add_option("PLANE", edit.plane, "The plane, from 0")->required();
+    command.add_option("X", edit.x, "The column, from 0")->required();
+    command.add_option("Y", edit.y, "The row, from 0")->required();
+    AddCell(command, "VALUE", edit.value, "What the cell holds from now on")->required();
 }
 
 }  // namespace tessaro::cli

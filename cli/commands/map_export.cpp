@@ -3,10 +3,11 @@
 #include <filesystem>
 #include <iostream>
 
+#include "commands/arguments.h"
 #include "commands/commands.h"
-#include "console.h"
-#include "error.h"
+#include "commands/export_options.h"
 #include "files.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
@@ -26,30 +27,27 @@ int MapNumber(const std::string& text) {
 }
 
 void ExportAll(Game& game, const Options& options) {
-    if (!HoldsManyMaps(options.file))
+    const MapFormat* byExtension = FormatOfFile(options.file);
+    if (!byExtension)
         throw UsageError("all maps go into a .map, .lvl, .rtl or .rtc file");
-    ExportOptions byExtension = options.how;
-    byExtension.formatName.clear();
-    if (options.how.FormatFor(options.file) != byExtension.FormatFor(options.file))
+    if (options.how.FormatFor(options.file).type != byExtension->type)
         throw UsageError("with all maps the file's extension names the format");
     if (!game.Maps().ExportMultiMap(CountedFrom0(game.Maps().NumberOfMaps()), options.file,
                                     !options.how.noNames))
         Fail("the maps were not exported to " + options.file);
-    std::cout << options.file << ": " << game.Maps().NumberOfMaps() << " maps\n";
+    Say(options.file + ": " + std::to_string(game.Maps().NumberOfMaps()) + " maps");
 }
 
 void ExportOne(Game& game, const Options& options) {
     const int map = MapNumber(options.map);
     CheckNumber("map", map, game.Maps().NumberOfMaps());
-    const enmMapFileType asked = options.how.FormatFor(options.file);
+    const enmMapFileType asked = options.how.FormatFor(options.file).type;
     enmMapFileType type = asked;
     if (!game.Maps().ExportMap(map, options.file, !options.how.noNames, type))
         Fail("map " + options.map + " was not exported to " + options.file);
     if (type != asked)
-        std::cerr << "tessaro: note: " << options.file << " was a " << FormatName(type)
-                  << " file and stays one\n";
-    std::cout << options.file << ": " << OneLine(DisplayName(game.Maps(), map)) << ", "
-              << FormatName(type) << '\n';
+        Note(options.file + " was a " + FormatOf(type).name + " file and stays one");
+    Say(options.file + ": " + DisplayName(game.Maps(), map) + ", " + FormatOf(type).name);
 }
 
 void Run(const Options& options) {
@@ -63,15 +61,14 @@ void Run(const Options& options) {
 
 }  // namespace
 
-void AddMapExport(CLI::App& map) {
-    CLI::App* command = map.add_subcommand("export", "Write maps into a file of their own");
+void AddMapExport(CLI::App& command) {
     auto options = std::make_shared<Options>();
-    AddFolder(*command, options->folder);
-    command->add_option("MAP", options->map, "The map's number, from 0, or \"all\"")->required();
-    command->add_option("FILE", options->file, "The file to write")->required();
-    options->how.AddTo(*command);
-    AddYes(*command);
-    command->callback([options] { Run(*options); });
+    AddFolder(command, options->folder);
+    command.add_option("MAP", options->map, "The map's number, from 0, or \"all\"")->required();
+    command.add_option("FILE", options->file, "The file to write")->required();
+    options->how.AddTo(command);
+    AddYes(command);
+    command.callback([options] { Run(*options); });
 }
 
 }  // namespace tessaro::cli

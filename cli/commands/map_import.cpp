@@ -1,9 +1,10 @@
 // tessaro map import FOLDER MAP FILE
 #include <iostream>
 
+#include "commands/arguments.h"
 #include "commands/commands.h"
-#include "console.h"
 #include "files.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
@@ -19,29 +20,25 @@ void Run(const Options& options) {
     Game game(options.folder);
     const int before = game.Maps().NumberOfMaps();
     CheckNumber("map", options.map, before + 1);  // one behind the last adds maps
-    ReadFile(options.file);  // so that a missing file is told in the command's own words
+    CheckReadable(options.file);
     if (!game.Maps().ImportMap(options.map, options.file))
         Fail(options.file + " was not imported");
     const int added = game.Maps().NumberOfMaps() - before;
     game.SaveMaps(options.save);
-    std::cout << options.file << ": imported from map " << options.map << " on";
-    if (added > 0)
-        std::cout << ", " << added << " maps added";
-    std::cout << '\n';
+    Say(options.file + ": imported from map " + std::to_string(options.map) + " on" +
+        (added > 0 ? ", " + std::to_string(added) + " maps added" : ""));
 }
 
 }  // namespace
 
-void AddMapImport(CLI::App& map) {
-    CLI::App* command = map.add_subcommand("import", "Read the maps of a file into the game");
+void AddMapImport(CLI::App& command) {
     auto options = std::make_shared<Options>();
-    AddFolder(*command, options->folder);
-    command->add_option("MAP", options->map, "The number, from 0, that the file's first map takes")
+    AddFolder(command, options->folder);
+    command.add_option("MAP", options->map, "The number, from 0, that the file's first map takes")
         ->required();
-    command->add_option("FILE", options->file, "The map file; its format is recognised")
-        ->required();
-    options->save.AddTo(*command);
-    command->callback([options] { Run(*options); });
+    command.add_option("FILE", options->file, "The map file; its format is recognised")->required();
+    options->save.AddTo(command);
+    command.callback([options] { Run(*options); });
 }
 
 }  // namespace tessaro::cli

@@ -1,10 +1,11 @@
 // tessaro render FOLDER MAP OUT.png
 #include <iostream>
 
+#include "commands/arguments.h"
 #include "commands/commands.h"
-#include "console.h"
 #include "drawing/map_picture.h"
 #include "files.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
@@ -18,27 +19,29 @@ struct Options {
 void Run(const Options& options) {
     Game game(options.folder);
     CheckNumber("map", options.map, game.Maps().NumberOfMaps());
-    MapCounts counts;
+    std::optional<MapCounts> counts;
     const Canvas picture = DrawMap(game, options.map, options.cell, &counts);
     WriteFile(options.out, picture.Png());
-    std::cout << OneLine(DisplayName(game.Maps(), options.map)) << ": "
-              << picture.Width() / options.cell << " x " << picture.Height() / options.cell
-              << " cells, " << counts.doors << " doors, " << counts.secrets << " secret walls, "
-              << counts.enemies << " enemies, " << counts.objects << " objects\n";
+    const auto number = [](int count, const char* what) { return std::to_string(count) + what; };
+    Say(DisplayName(game.Maps(), options.map) + ": " +
+        number(picture.Width() / options.cell, " x ") +
+        number(picture.Height() / options.cell, " cells") +
+        (counts ? ", " + number(counts->doors, " doors, ") +
+                      number(counts->secrets, " secret walls, ") +
+                      number(counts->enemies, " enemies, ") + number(counts->objects, " objects")
+                : ", whose codes are not known here; colours and dots stand for them"));
 }
 
 }  // namespace
 
-void AddRender(CLI::App& app) {
-    CLI::App* command = app.add_subcommand("render", "Draw an overview picture of a map");
+void AddRender(CLI::App& command) {
     auto options = std::make_shared<Options>();
-    AddFolder(*command, options->folder);
-    command->add_option("MAP", options->map, "The map's number, from 0")->required();
-    command->add_option("OUT", options->out, "The PNG file to write")->required();
-    command->add_option("--cell", options->cell, "Pixels across a cell [16]")
-        ->check(CLI::Range(4, 64));
-    command->callback([options] { Run(*options); });
-    command->footer(
+    AddFolder(command, options->folder);
+    AddMapNumber(command, options->map);
+    AddPngOut(command, options->out);
+    AddNumber(command, "--cell", options->cell, 4, 64, "Pixels across a cell [16]");
+    command.callback([options] { Run(*options); });
+    command.footer(
         "Walls wear their pictures, rock between the rooms is black. Doors are bars: cyan, with a\n"
         "gold or silver lock, brown for lifts. Discs are enemies, facing where their mark points;\n"
         "the green arrow is the player's start; a magenta S marks a secret wall.");

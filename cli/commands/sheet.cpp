@@ -1,10 +1,12 @@
 // tessaro sheet FOLDER OUT.png
 #include <iostream>
 
+#include "commands/arguments.h"
 #include "commands/commands.h"
 #include "files.h"
 #include "pictures/canvas.h"
 #include "pictures/glyphs.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
@@ -53,18 +55,16 @@ void Run(const std::string& folder, const std::string& out) {
         top += section.Rows() * kCellHeight;
     }
     WriteFile(out, sheet.Png());
-    std::cout << sections[0].title << "; " << sections[1].title << '\n';
+    Say(sections[0].title + "; " + sections[1].title);
 }
 
 }  // namespace
 
-void AddSheet(CLI::App& app) {
-    CLI::App* command =
-        app.add_subcommand("sheet", "Draw all walls and sprites on one sheet, with their numbers");
+void AddSheet(CLI::App& command) {
     auto folder = std::make_shared<std::string>(), out = std::make_shared<std::string>();
-    AddFolder(*command, *folder);
-    command->add_option("OUT", *out, "The PNG file to write")->required();
-    command->callback([folder, out] { Run(*folder, *out); });
+    AddFolder(command, *folder);
+    AddPngOut(command, *out);
+    command.callback([folder, out] { Run(*folder, *out); });
 }
 
 }  // namespace tessaro::cli

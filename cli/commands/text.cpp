@@ -1,10 +1,10 @@
 // tessaro text FOLDER --font N "..." OUT.png
 #include <iostream>
 
+#include "commands/arguments.h"
 #include "commands/commands.h"
-#include "console.h"
-#include "error.h"
 #include "files.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
@@ -50,25 +50,22 @@ void Run(const Options& options) {
         image.pixels.insert(image.pixels.end(), row, row + width);
     }
     WriteFile(options.out, ToPng(image));
-    std::cout << width << " x " << height << " pixels\n";
+    Say(std::to_string(width) + " x " + std::to_string(height) + " pixels");
 }
 
 }  // namespace
 
-void AddText(CLI::App& app) {
-    CLI::App* command = app.add_subcommand("text", "Draw a text in one of the game's fonts");
+void AddText(CLI::App& command) {
     auto options = std::make_shared<Options>();
-    AddFolder(*command, options->folder);
-    command->add_option("TEXT", options->text, "The text; \\n starts a new line")->required();
-    command->add_option("OUT", options->out, "The PNG file to write")->required();
-    command->add_option("--font", options->font, "The font's number, from 1")
+    AddFolder(command, options->folder);
+    command.add_option("TEXT", options->text, "The text; \\n starts a new line")->required();
+    AddPngOut(command, options->out);
+    command.add_option("--font", options->font, "The font's number, from 1")
         ->required()
         ->type_name("N");
-    command->add_option("--ink", options->ink, "The palette colour of the letters [15]")
-        ->check(CLI::Range(0, 255));
-    command->add_option("--ground", options->ground, "The palette colour behind them [0]")
-        ->check(CLI::Range(0, 255));
-    command->callback([options] { Run(*options); });
+    AddNumber(command, "--ink", options->ink, 0, 255, "The palette colour of the letters [15]");
+    AddNumber(command, "--ground", options->ground, 0, 255, "The palette colour behind them [0]");
+    command.callback([options] { Run(*options); });
 }
 
 }  // namespace tessaro::cli

@@ -6,7 +6,8 @@
 
 #include "console.h"
 #include "drawing/map_codes.h"
-#include "error.h"
+#include "report.h"
+#include "variants.h"
 
 namespace tessaro::cli {
 
@@ -46,12 +47,10 @@ Rgb FlatColor(std::int32_t value) {
     return {channel(0), channel(4), channel(2)};
 }
 
-/// Games whose maps hold other codes than the classic ones.
+/// A variant that nobody knows has the classic codes, unless it has 16 colours.
 bool HasClassicCodes(const clsVersion& version) {
-    const std::string extension = version.Extension();
-    const bool other = extension.starts_with("BS") || extension == "VSI" || extension == "OBC" ||
-                       extension.starts_with("C");
-    return !other && !version.EGAGraphics();
+    const Variant* variant = VariantOf(version.Extension());
+    return variant ? variant->codes == MapCodes::Classic : !version.EGAGraphics();
 }
 
 class MapPainter {
@@ -149,7 +148,7 @@ const IndexedImage* MapPainter::SpritePicture(int number) {
     const IndexedImage* picture =
         Picture(sprites_, number, &clsVSwap::LoadSprite, pages_->NumberOfSprites());
     if (picture && isNew) {
-        sprites_[number].hole = 255;
+        sprites_[number].hole = kHole;
         sprites_[number] = Cropped(sprites_[number]);
     }
     return picture && picture->width > 0 ? picture : nullptr;
@@ -277,11 +276,15 @@ Canvas MapPainter::Flat() {
 
 }  // namespace
 
-Canvas DrawMap(Game& game, int map, int cellSize, MapCounts* counts) {
+Canvas DrawMap(Game& game, int map, int cellSize, std::optional<MapCounts>* counts) {
     MapPainter painter(game, map, cellSize);
-    MapCounts ignored;
-    return HasClassicCodes(game.Version()) ? painter.Classic(counts ? *counts : ignored)
-                                           : painter.Flat();
+    if (!HasClassicCodes(game.Version()))
+        return painter.Flat();
+    MapCounts found;
+    Canvas canvas = painter.Classic(found);
+    if (counts)
+        *counts = found;
+    return canvas;
 }
 
 }  // namespace tessaro::cli

@@ -3,14 +3,17 @@
 #include <array>
 
 #include "console.h"
-#include "error.h"
 #include "files.h"
 #include "items/item.h"
+#include "report.h"
 #include "sounds/music.h"
 
 namespace tessaro::cli {
 
 namespace {
+
+/// The number under which the library refuses a chunk that was never stored.
+constexpr std::int32_t kSparse = 0;
 
 /// Canonical bytes: the chunk's bytes as the library hands them out. Extracted: those bytes, and of
 /// music a .wlf file.
@@ -26,9 +29,9 @@ public:
         item.name = GroupOf(game.Audio(), number);
         std::int32_t size = 0;
         if (!game.Audio().LoadChunk(number, item.bytes, size)) {
-            const std::string reason = TheConsole().TakeReason();
-            if (!reason.starts_with("Tried to load sparse data"))
-                throw CommandError("audio chunk " + std::to_string(number) + ": " + reason);
+            if (TheConsole().FailureNumber() != kSparse)
+                Fail("audio chunk " + std::to_string(number));
+            TheConsole().TakeReason();
             item.bytes.clear();
         }
         item.empty = item.bytes.empty();

@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <array>
 
-#include "console.h"
 #include "items/item.h"
 #include "pictures/text_screen.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
@@ -18,6 +18,7 @@ std::string TypeName(enmVGRAGRAPHTypes type) {
         "vgPicture",   "vgTile8",       "vgEndScreen",    "vgPalette",   "vgDemo",    "vgEndArt",
         "vgBMPMask",   "vgSprite",      "vgTile8m",       "vgTile16",    "vgTile16M", "vgJAMP",
         "vgAreaNames", "vgMisc",        "vgTrucEndScreen"};
+    static_assert(kNames.size() == vgTrucEndScreen - vgSparse + 1);
     const auto index = static_cast<std::size_t>(type - vgSparse);
     return index < kNames.size() ? kNames[index] : "vgUnknown";
 }
@@ -27,11 +28,6 @@ ByteArray LoadBytes(Game& game, int chunk) {
     if (!game.Graphics().LoadTessaro(chunk, bytes))
         Fail("chunk " + std::to_string(chunk));
     return bytes;
-}
-
-/// A slot without data is handed out as one zero byte.
-bool IsEmpty(const ByteArray& bytes) {
-    return bytes.empty() || (bytes.size() == 1 && bytes[0] == 0);
 }
 
 /// Canonical bytes: the expanded bytes. Extracted: those bytes, and what they show.
@@ -49,7 +45,7 @@ public:
         item.empty = type == vgSparse;
         if (!item.empty)
             item.bytes = LoadBytes(game, number);
-        item.empty = IsEmpty(item.bytes);
+        item.empty = HasNoData(item.bytes);
         return item;
     }
 
@@ -110,7 +106,7 @@ public:
         clsVGAGraph& graphics = game.Graphics();
         Item item{number};
         const enmVGRAGRAPHTypes type = graphics.ChunkDataType(number);
-        item.empty = type == vgSparse || IsEmpty(LoadBytes(game, number));
+        item.empty = type == vgSparse || HasNoData(LoadBytes(game, number));
         if (item.empty)
             return item;
         ByteArray bmp, mask;

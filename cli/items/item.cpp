@@ -40,6 +40,10 @@ const std::vector<const ItemKind*>& ItemKinds() {
     return kinds;
 }
 
+bool HasNoData(const ByteArray& bytes) {
+    return bytes.empty() || (bytes.size() == 1 && bytes[0] == 0);
+}
+
 std::string Checksum(const ByteArray& bytes) {
     const uLong sum = crc32_z(crc32_z(0, nullptr, 0), bytes.data(), bytes.size());
     constexpr char kDigits[] = "0123456789abcdef";

@@ -54,6 +54,9 @@ protected:
     std::string Stem(const Item& item) const;
 };
 
+/// What has no data crosses the interface as nothing, or as one zero byte.
+bool HasNoData(const ByteArray& bytes);
+
 /// In the order in which `list` shows them.
 const std::vector<const ItemKind*>& ItemKinds();
 

@@ -1,8 +1,8 @@
 // Maps.
-#include "console.h"
 #include "drawing/map_picture.h"
 #include "files.h"
 #include "items/item.h"
+#include "report.h"
 
 namespace tessaro::cli {
 

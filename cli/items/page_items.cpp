@@ -1,16 +1,11 @@
 // Walls, sprites and digitised sounds.
-#include "console.h"
 #include "items/item.h"
+#include "report.h"
 #include "sounds/wav.h"
 
 namespace tessaro::cli {
 
 namespace {
-
-/// What has no data crosses the interface as a single byte.
-bool IsEmpty(const ByteArray& data) {
-    return data.size() < 2;
-}
 
 /// Walls and sprites. Canonical bytes: the palette indices, row by row.
 class PageImageKind : public ItemKind {
@@ -32,7 +27,7 @@ public:
         ByteArray bmp;
         if (!(game.Pages().*load_)(number, bmp))
             Fail(name_ + " " + std::to_string(number));
-        item.empty = IsEmpty(bmp);
+        item.empty = HasNoData(bmp);
         if (item.empty)
             return item;
         item.image = FromBmp(bmp);
@@ -66,7 +61,7 @@ public:
     Item Load(Game& game, int number) const override {
         Item item{number};
         const ByteArray wav = LoadWav(game, number);
-        item.empty = IsEmpty(wav);
+        item.empty = HasNoData(wav);
         if (!item.empty)
             item.bytes = ReadWav(wav).samples;
         return item;
@@ -91,7 +86,7 @@ private:
 std::vector<const ItemKind*> PageKinds() {
     static const PageImageKind walls("wall", &clsVSwap::LoadWall, &clsVSwap::NumberOfWalls, {});
     static const PageImageKind sprites("sprite", &clsVSwap::LoadSprite, &clsVSwap::NumberOfSprites,
-                                       255);
+                                       kHole);
     static const SoundKind sounds;
     return {&walls, &sprites, &sounds};
 }

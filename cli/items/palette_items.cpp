@@ -1,6 +1,6 @@
 // Palettes: the game's own, and those among the graphics chunks.
-#include "console.h"
 #include "items/item.h"
+#include "report.h"
 
 namespace tessaro::cli {
 

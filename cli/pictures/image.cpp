@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <map>
 
-#include "error.h"
 #include "pictures/png_file.h"
+#include "report.h"
 
 namespace tessaro::cli {
 

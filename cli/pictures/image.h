@@ -20,6 +20,9 @@ using Colors = std::array<Rgb, 256>;
 
 Colors CurrentColors(const clsPalette& palette);
 
+/// The colour index of a sprite's transparent pixels.
+inline constexpr std::uint8_t kHole = 255;
+
 /// One byte per pixel, row by row from the top.
 struct IndexedImage {
     int width = 0, height = 0;

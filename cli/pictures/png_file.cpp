@@ -7,7 +7,7 @@
 #include <cstring>
 #include <string>
 
-#include "error.h"
+#include "report.h"
 
 // libpng reports an error by jumping back to the setjmp. Everything with a destructor therefore
 // lives in the caller of the function that holds the setjmp, so that no jump skips one.

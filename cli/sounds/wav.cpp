@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "error.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
@@ -63,8 +63,8 @@ ByteArray WriteWav(const ByteArray& samples) {
         out.push_back(static_cast<std::uint8_t>(c));
     Append(out, 16, 4);
     Append(out, 1 | 1 << 16, 4);  // PCM, mono
-    Append(out, 7042, 4);
-    Append(out, 7042, 4);
+    Append(out, kSoundRate, 4);
+    Append(out, kSoundRate, 4);
     Append(out, 1 | 8 << 16, 4);  // a byte a sample, 8 bits
     for (const char c : std::string_view("data"))
         out.push_back(static_cast<std::uint8_t>(c));

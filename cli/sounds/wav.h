@@ -7,6 +7,9 @@
 
 namespace tessaro::cli {
 
+/// Samples a second of every digitised sound.
+inline constexpr std::uint32_t kSoundRate = 7042;
+
 struct Wav {
     std::uint32_t rate = 0;
     int bits = 0, channels = 0;

@@ -1,9 +1,9 @@
 // Picture files read and written: forms that games never hold, but people's tools write.
 #include "pictures/image.h"
 
-#include "error.h"
 #include "pictures/glyphs.h"
 #include "pictures/text_screen.h"
+#include "report.h"
 #include "support/support.h"
 
 namespace tessaro::test {

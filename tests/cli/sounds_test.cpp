@@ -1,6 +1,6 @@
 // WAV files, and the notes of music.
-#include "error.h"
 #include "files.h"
+#include "report.h"
 #include "sounds/music.h"
 #include "sounds/wav.h"
 #include "support/support.h"

@@ -1,7 +1,9 @@
 // Exit codes, the one line of an error, and where the log goes.
 #include <algorithm>
+#include <cstdlib>
 
 #include "cli/command.h"
+#include "commands/commands.h"
 
 namespace tessaro::test {
 
@@ -39,7 +41,9 @@ TEST(Usage, FailuresAreOneLineAndAnExitCode) {
         {{"import", game.Path(), "--wall", "0", file}, 1, "neither a PNG nor a BMP"},
         {{"import", game.Path(), "--sound", "0", file}, 1, "not a WAV file"},
         {{"map", "rename", game.Path(), "0", "a name of twenty-one."}, 1, "21 characters"},
-        {{"map", "set", game.Path(), "0", "0", "64", "0", "1"}, 1, "the cell was not set"},
+        {{"map", "set", game.Path(), "0", "0", "64", "0", "1"},
+         1,
+         "no column 64 (they run from 0 to 63)"},
         {{"palette", "convert", file, none, "--to", "jasc"}, 1, "Unknown file format"},
     };
     for (const UsageCase& row : cases) {
@@ -53,13 +57,11 @@ TEST(Usage, FailuresAreOneLineAndAnExitCode) {
     EXPECT_FALSE(nothing.Has("none"));
 }
 
-TEST(Usage, EveryCommandHasHelp) {
+TEST(Usage, EveryCommandHasHelpAndItsPlaceInTheDocuments) {
     const Ran top = Tessaro({"--help"});
     EXPECT_EQ(top.exitCode, 0);
-    for (const std::string command :
-         {"info", "list", "render", "sheet", "extract", "import", "map", "text", "palette",
-          "sample", "map export", "map import", "map convert", "map resize", "map add",
-          "map remove", "map rename", "map set", "palette convert"}) {
+    for (const cli::Command& row : cli::Commands()) {
+        const std::string command = row.name;
         std::vector<std::string> arguments = {command.substr(0, command.find(' ')), "--help"};
         if (const std::size_t blank = command.find(' '); blank != std::string::npos)
             arguments.insert(arguments.begin() + 1, command.substr(blank + 1));
@@ -69,6 +71,57 @@ TEST(Usage, EveryCommandHasHelp) {
         EXPECT_EQ(ran.exitCode, 0) << command;
         EXPECT_NE(ran.out.find("tessaro " + command + " "), std::string::npos) << ran.out;
     }
+    const ByteArray page = ReadWholeFile(TESSARO_SOURCE "/docs/command.md");
+    const Ran reference = Tessaro({"--generate", "markdown"});
+    EXPECT_TRUE(std::string(page.begin(), page.end()).ends_with("-->\n\n" + reference.out))
+        << "scripts/reference writes the page anew";
+    const TempFolder files;
+    files.Write("tessaro.1", Ascii(Tessaro({"--generate", "man"}).out));
+    const std::string groff = "groff -man -ww -Tutf8 " + files.File("tessaro.1") + " 2>&1 >" +
+                              files.File("seen") + " | grep . ";
+    if (std::system("groff --version >/dev/null 2>&1") == 0) {
+        EXPECT_NE(std::system(groff.c_str()), 0) << "the manual page has mistakes";
+    }
+}
+
+/// What bash offers for the last of some words.
+std::string Completed(const std::string& words) {
+    const TempFolder files;
+    files.Write("tessaro", Ascii(Tessaro({"--generate", "bash"}).out));
+    const std::string line = "bash -c '. " + files.File("tessaro") + "; COMP_WORDS=(" + words +
+                             "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _tessaro; " +
+                             "echo \"${COMPREPLY[*]}\"' >" + files.File("offered");
+    EXPECT_EQ(std::system(line.c_str()), 0);
+    const ByteArray offered = files.Read("offered");
+    return {offered.begin(), offered.end()};
+}
+
+TEST(Usage, BashCompletesCommandsOptionsAndChoices) {
+    EXPECT_EQ(Completed("tessaro ex"), "extract\n");
+    EXPECT_EQ(Completed("tessaro map re"), "resize remove rename\n");
+    EXPECT_EQ(Completed("tessaro map export game 0 --form"), "--format\n");
+    EXPECT_EQ(Completed("tessaro map export game 0 --format k"), "kzr\n");
+    EXPECT_EQ(Completed("tessaro import --wa"), "--wall\n");
+    EXPECT_EQ(Completed("tessaro info ga"), "\n") << "files are left to bash";
+}
+
+TEST(Usage, ErrorsCanBeJsonAndWorkCanBeQuiet) {
+    const SampleGame game;
+    const TempFolder files;
+    const std::string none = files.File("none");
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"list", none, "--json"}, {"list", "--json"}}) {
+        const Ran ran = Tessaro(arguments);
+        const Json error = Json::parse(ran.err, nullptr, false);
+        ASSERT_TRUE(error.is_object()) << ran.err;
+        EXPECT_EQ(error.at("exit"), ran.exitCode);
+        EXPECT_NE(error.at("error"), "");
+    }
+    const Ran loud = Tessaro({"render", game.Path(), "0", files.File("a.png")});
+    const Ran quiet = Tessaro({"render", game.Path(), "0", files.File("b.png"), "--quiet"});
+    EXPECT_NE(loud.out, "");
+    EXPECT_EQ(quiet.out + quiet.err, "");
+    EXPECT_EQ(files.Read("a.png"), files.Read("b.png"));
 }
 
 TEST(Usage, TheErrorLogIsInTheUsersStateFolder) {

@@ -1,31 +1,14 @@
-// tessaro map, and what its commands share
-#include <array>
+#include "commands/export_options.h"
+
 #include <charconv>
 
-#include "commands/commands.h"
+#include "commands/arguments.h"
 #include "console.h"
-#include "error.h"
-#include "files.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
 namespace {
-
-struct Format {
-    enmMapFileType type;
-    const char* option;
-    const char* name;
-    const char* extension;  ///< that stands for the format
-};
-
-constexpr std::array<Format, 6> kFormats = {{
-    {mftKZRMapFile, "kzr", "KZR", "map"},
-    {mftFloEditMapFile, "floedit", "FloEdit", "lvl"},
-    {mftMapEditMapFile, "mapedit", "MapEdit", ""},
-    {mftiPhoneMapFile, "iphone", "iPhone", ""},
-    {mftROTTRTLMapFile, "rtl", "Rise of the Triad (RTL)", "rtl"},
-    {mftROTTRTCMapFile, "rtc", "Rise of the Triad (RTC)", "rtc"},
-}};
 
 std::int32_t Hexadecimal(const std::string& text, std::size_t digits, const char* option) {
     std::int32_t value = 0;
@@ -60,14 +43,11 @@ void ParTimeFrom(const std::string& text, IPhoneOptions& form) {
 }  // namespace
 
 void ExportOptions::AddTo(CLI::App& command) {
-    std::vector<std::string> names;
-    for (const Format& format : kFormats)
-        names.push_back(format.option);
-    command
-        .add_option("--format", formatName,
-                    "kzr, floedit, mapedit, iphone, rtl or rtc [by the extension, else kzr]")
-        ->type_name("F")
-        ->check(CLI::IsMember(names).description(""));
+    std::vector<Choice<enmMapFileType>> formats;
+    for (const MapFormat& row : MapFormats())
+        formats.push_back({row.option, row.type});
+    AddChoice(command, "--format", format, formats,
+              "The kind of file [by the extension, else kzr]");
     command.add_flag("--no-names", noNames, "Leave the names out of a KZR file");
     command.add_option("--tag", tag, "RLEW tag for an iPhone or Rise of the Triad file")
         ->type_name("HEX");
@@ -93,37 +73,11 @@ void ExportOptions::Apply(clsGameMaps& maps) const {
     }
 }
 
-enmMapFileType ExportOptions::FormatFor(const std::string& file) const {
-    const std::string extension = ExtensionOf(file);
-    for (const Format& format : kFormats)
-        if (formatName.empty() ? extension == format.extension && !extension.empty()
-                               : formatName == format.option)
-            return format.type;
-    return mftKZRMapFile;
-}
-
-std::string FormatName(enmMapFileType type) {
-    for (const Format& format : kFormats)
-        if (format.type == type)
-            return format.name;
-    return "unknown";
-}
-
-bool HoldsManyMaps(const std::string& file) {
-    const std::string extension = ExtensionOf(file);
-    for (const Format& format : kFormats)
-        if (!extension.empty() && extension == format.extension)
-            return true;
-    return false;
-}
-
-void AddMap(CLI::App& app) {
-    CLI::App* map = app.add_subcommand("map", "Exchange and change maps");
-    map->require_subcommand(1);
-    AddMapExport(*map);
-    AddMapImport(*map);
-    AddMapConvert(*map);
-    AddMapEdits(*map);
+const MapFormat& ExportOptions::FormatFor(const std::string& file) const {
+    if (format)
+        return FormatOf(*format);
+    const MapFormat* byExtension = FormatOfFile(file);
+    return byExtension ? *byExtension : FormatOf(mftKZRMapFile);
 }
 
 }  // namespace tessaro::cli
