@@ -1,5 +1,5 @@
 // The Huffman codec of the graphics and audio files: one static code per file family, kept in a
-// dictionary of its own (foundation/dictionary.h), whose node 254 is the root.
+// dictionary of its own (huffman/dictionary.h), whose node 254 is the root.
 //
 //  stream       bits from each byte's lowest upwards; codes from the root downwards, no padding
 //  chunk        i32 expanded length, then the stream
