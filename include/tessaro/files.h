@@ -14,14 +14,14 @@ namespace tessaro {
 
 /// What stands under a name.
 struct FileKind {
-    enum Type { Regular, Folder, Other /**< a pipe, a device, ... */ };
+    enum Type { Regular, Folder, Other /**< a pipe, a device, a link that leads nowhere */ };
     Type type = Regular;
     /// The name with links followed and in the case that its folder spells it in.
     std::string realPath;
     /// Equal for two names of one file, different for two files of one port.
     std::string identity;
     std::uint64_t size = 0;
-    /// When the content changed last, in a unit of the port's own: only for comparing.
+    /// When the content changed last, in nanoseconds since 1970 where the port has a clock.
     std::int64_t time = 0;
     /// No write bit for anybody, or the system says that writing is not permitted.
     bool readOnly = false;
@@ -84,8 +84,8 @@ public:
     /// One level; its parent is there.
     virtual void MakeFolder(const std::string& path) = 0;
     /// Waits up to two seconds for a folder that another process or object has locked, then fails
-    /// with number 70. Nothing where the port has no locks. The lock ends with its process. It is
-    /// not re-entrant.
+    /// with number 70. Nothing where a lock of this kind cannot be had. The lock ends with its
+    /// process. It is not re-entrant.
     virtual std::unique_ptr<FolderLock> Lock(const std::string& folder, Sharing sharing) = 0;
 };
 

@@ -57,12 +57,18 @@ void DataFile::Reopen(const Files& files) {
 }
 
 bool DataFile::Is(ByteSpan bytes) const {
-    return open_ && !assumed_ ? std::ranges::equal(bytes, bytes_) : PrintOf(bytes) == print_;
+    if (open_ && !assumed_ && std::ranges::equal(bytes, bytes_))
+        return true;
+    if (open_ && !assumed_ && !alsoExpected_)
+        return false;
+    const FilePrint print = PrintOf(bytes);
+    return ((!open_ || assumed_) && print == print_) || print == alsoExpected_;
 }
 
 void DataFile::Assume(ByteSpan bytes) {
     print_ = PrintOf(bytes);
     assumed_ = true;
+    alsoExpected_.reset();
 }
 
 }  // namespace tessaro

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -43,6 +44,9 @@ public:
     bool Is(ByteSpan bytes) const;
     /// From now on `bytes` count as what was read: they were seen, or have been written.
     void Assume(ByteSpan bytes);
+    /// From now on `bytes` count as what was read, too: a save that could not be finished may still
+    /// put them there.
+    void AlsoExpect(ByteSpan bytes) { alsoExpected_ = PrintOf(bytes); }
 
 private:
     std::string path_;
@@ -50,6 +54,7 @@ private:
     bool open_ = false;
     FilePrint print_;  ///< while the file is closed, or where other bytes are assumed
     bool assumed_ = false;
+    std::optional<FilePrint> alsoExpected_;
 };
 
 }  // namespace tessaro

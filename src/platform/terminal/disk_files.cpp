@@ -134,9 +134,15 @@ public:
         const std::string name = ResolveCase(path);
         struct stat status {};
         if (::stat(name.c_str(), &status) != 0) {
-            if (errno == ENOENT || errno == ENOTDIR)
+            if (errno != ENOENT && errno != ENOTDIR)
+                throw FailureFromErrno(errno, name);
+            if (::lstat(name.c_str(), &status) != 0)
                 return std::nullopt;
-            throw FailureFromErrno(errno, name);
+            FileKind nowhere;  // a link whose file is gone: nothing may take its place unseen
+            nowhere.type = FileKind::Other;
+            nowhere.realPath = name;
+            nowhere.identity = Identity(status);
+            return nowhere;
         }
         FileKind kind;
         kind.type = S_ISREG(status.st_mode)   ? FileKind::Regular
@@ -224,6 +230,8 @@ public:
         const int kind = sharing == Sharing::Exclusive ? LOCK_EX : LOCK_SH;
         const auto until = std::chrono::steady_clock::now() + 2s;
         for (;;) {
+            if (::access(folder.c_str(), R_OK) != 0 && errno == EACCES)
+                return nullptr;  // it can be entered but not be opened
             auto opened = std::make_unique<Descriptor>(folder, O_RDONLY | O_DIRECTORY);
             if (::flock(opened->Number(), kind | LOCK_NB) == 0) {
                 struct stat now {};

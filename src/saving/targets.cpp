@@ -1,0 +1,65 @@
+#include "saving/targets.h"
+
+#include "foundation/names.h"
+#include "saving/folder_locks.h"
+#include "tessaro/failure.h"
+
+namespace tessaro {
+
+Target FindTarget(const Files& files, const std::string& path, ByteSpan bytes) {
+    Target target;
+    const std::string name = NameOf(path);
+    target.after = bytes;
+    target.backupName = name;
+    const auto kind = files.Kind(path);
+    if (!kind) {
+        target.folder = RealFolder(files, FolderOf(path));
+        target.path = JoinPath(target.folder, name);
+        return target;
+    }
+    if (kind->type != FileKind::Regular)
+        throw Failure(kPathFileAccess, "This is no regular file: " + path);
+    if (kind->readOnly)
+        throw Failure(kPermissionDenied, "The file is read-only: " + path);
+    target.path = kind->realPath;
+    target.folder = FolderOf(kind->realPath);
+    if (SameName(NameOf(target.path), name))
+        target.backupName = NameOf(target.path);
+    target.before = files.Read(target.path);
+    return target;
+}
+
+std::vector<Target> FindTargets(const Files& files, const std::vector<NewFile>& newFiles) {
+    std::vector<Target> targets;
+    for (const NewFile& file : newFiles) {
+        Target target = FindTarget(files, file.path, file.content);
+        for (const Target& other : targets) {
+            // Two files of one name, in different folders, would be one in the backup folder.
+            if (SameName(target.path, other.path) || SameName(target.backupName, other.backupName))
+                throw Failure(kBadFileNameOrNumber,
+                              "Two files to be written have one name: " + file.path);
+        }
+        targets.push_back(std::move(target));
+    }
+    return targets;
+}
+
+void RequireUnchanged(const Files& files, const std::vector<DataFile*>& read) {
+    std::string changed;
+    for (DataFile* file : read) {
+        if (!file->WasRead())
+            continue;
+        const ByteArray now = files.Kind(file->Path()) ? files.Read(file->Path()) : ByteArray();
+        if (file->Is(now))
+            continue;
+        file->Assume(now);
+        changed += (changed.empty() ? "" : ", ") + file->Path();
+    }
+    if (!changed.empty())
+        throw Failure(kPermissionDenied,
+                      "Changed by another program since it was read: " + changed +
+                          ". Nothing was saved. Saving again replaces it; its content goes to the "
+                          "backups.");
+}
+
+}  // namespace tessaro

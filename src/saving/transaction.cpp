@@ -1,0 +1,357 @@
+#include "saving/transaction.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include "foundation/guard.h"
+#include "foundation/names.h"
+#include "saving/backups.h"
+#include "saving/folder_locks.h"
+#include "saving/journal.h"
+#include "saving/recovery.h"
+#include "saving/targets.h"
+
+namespace tessaro {
+namespace {
+
+/// One step of clearing away: the failure that caused it is the one that the caller is told of.
+template <class Step>
+bool Quietly(Step&& step) {
+    try {
+        step();
+        return true;
+    } catch (...) {
+        return false;
+    }
+}
+
+/// New files beside their targets, put in place by renames that a journal can finish. What puts
+/// the old files back after a failure is the same again, with the old bytes as the new ones.
+class Replacement {
+public:
+    Replacement(Files& files, const std::vector<Target>& targets)
+        : files_(files), targets_(targets), id_(NewTransactionId()) {}
+
+    const std::string& Id() const { return id_; }
+
+    /// Throws the failure of the step that failed: everything is as before then, or unfinished.
+    void Run() {
+        try {
+            Prepare();
+            if (targets_.size() > 1)
+                StartJournals();
+            renaming_ = true;
+            Finish();
+        } catch (...) {
+            const Failure failure = CurrentFailure();
+            unfinished_ = !(renaming_ ? PutBack() : Abort());
+            throw failure;
+        }
+    }
+    /// After Run: what fails here is no failure of the save.
+    void Close() {
+        for (const auto& [folder, journal] : journals_)
+            DropJournal(folder);
+    }
+    bool IsUnfinished() const { return unfinished_; }
+
+private:
+    std::string NextTemporary(const std::string& folder) {
+        temporaries_.push_back(JoinPath(folder, TemporaryName(id_, temporaries_.size())));
+        return temporaries_.back();
+    }
+
+    void Prepare() {
+        for (const Target& target : targets_) {
+            const std::string temporary = NextTemporary(target.folder);
+            files_.Create(temporary, target.after, Flushed::Yes,
+                          target.before ? target.path : std::string());
+            AddEntry(target.folder, NameOf(temporary), target,
+                     target.before ? std::optional(PrintOf(*target.before)) : std::nullopt,
+                     PrintOf(target.after));
+        }
+    }
+
+    void AddEntry(const std::string& folder, const std::string& temporary, const Target& target,
+                  std::optional<FilePrint> before, std::optional<FilePrint> after) {
+        Journal& journal = journals_[folder];
+        journal.id = id_;
+        journal.putsBack = puttingBack_;
+        journal.entries.push_back({temporary, NameOf(target.path), before, after});
+    }
+
+    void StartJournals() {
+        std::vector<std::pair<std::string, std::string>> journals;
+        for (const auto& [folder, journal] : journals_) {
+            journals.emplace_back(NextTemporary(folder), JoinPath(folder, kJournalName));
+            files_.Create(journals.back().first, WriteJournal(journal), Flushed::Yes);
+        }
+        FlushFolders();  // the temporaries' names, before anything names them
+        journalTried_ = true;
+        for (const auto& [temporary, path] : journals)
+            files_.Rename(temporary, path, IfTaken::Replaces);
+        FlushFolders();  // the journals, before the first target changes
+    }
+
+    void Finish() {
+        for (const auto& [folder, journal] : journals_) {
+            for (const JournalEntry& entry : journal.entries) {
+                const std::string target = JoinPath(folder, entry.target);
+                if (!entry.temporary.empty())
+                    files_.Rename(JoinPath(folder, entry.temporary), target, IfTaken::Replaces);
+                else if (!entry.after && files_.Kind(target))
+                    files_.Remove(target);
+            }
+        }
+        FlushFolders();  // from here on the save has succeeded
+    }
+
+    void FlushFolders() {
+        for (const auto& [folder, journal] : journals_)
+            files_.FlushFolder(folder);
+    }
+
+    void DropJournal(const std::string& folder) {
+        const std::string path = JoinPath(folder, kJournalName);
+        if (targets_.size() == 1)
+            return;
+        if (files_.Kind(path))
+            files_.Remove(path);
+        files_.FlushFolder(folder);
+    }
+
+    /// Before the first target was renamed. The temporaries go only when no journal names them.
+    bool Abort() {
+        if (journalTried_ && !Quietly([&] { Close(); }))
+            return false;
+        for (const std::string& temporary : temporaries_)
+            RemoveQuietly(files_, temporary);
+        return true;
+    }
+
+    /// After a rename. False when it could not be done: then nothing more is removed, and the
+    /// journal that is there leads to the new files or to the old ones.
+    bool PutBack() {
+        const std::size_t firstTemporaries = temporaries_.size();
+        bool nothingChanged = false;
+        if (!Quietly([&] { nothingChanged = !TryPutBack(); }))
+            return false;
+        if (nothingChanged)
+            return Abort();
+        if (Quietly([&] { Close(); })) {
+            for (std::size_t i = 0; i < firstTemporaries; ++i)
+                RemoveQuietly(files_, temporaries_[i]);
+        }
+        return true;
+    }
+
+    /// False when no target has changed.
+    bool TryPutBack() {
+        puttingBack_ = true;
+        auto first = std::exchange(journals_, {});
+        bool changed = false;
+        for (const Target& target : targets_) {
+            std::optional<FilePrint> before =
+                target.before ? std::optional(PrintOf(*target.before)) : std::nullopt;
+            const FilePrint after = PrintOf(target.after);
+            const std::optional<FilePrint> now = PrintNow(target.path);
+            std::string temporary;
+            if (now != before) {
+                if (now != after)
+                    throw Failure(kPermissionDenied);  // another program's
+                changed = true;
+                if (target.before) {
+                    temporary = NextTemporary(target.folder);
+                    files_.Create(temporary, *target.before, Flushed::Yes, target.path);
+                    temporary = NameOf(temporary);
+                }
+            }
+            AddEntry(target.folder, temporary, target, after, before);
+        }
+        if (!changed) {
+            journals_ = std::move(first);
+            return false;
+        }
+        if (targets_.size() > 1)
+            StartJournals();
+        Finish();
+        return true;
+    }
+
+    std::optional<FilePrint> PrintNow(const std::string& path) const {
+        if (!files_.Kind(path))
+            return std::nullopt;
+        return PrintOf(files_.Read(path));
+    }
+
+    Files& files_;
+    const std::vector<Target>& targets_;
+    std::string id_;
+    std::map<std::string, Journal> journals_;  ///< by folder
+    std::vector<std::string> temporaries_;
+    bool journalTried_ = false, renaming_ = false, puttingBack_ = false, unfinished_ = false;
+};
+
+/// Under the locks: what the dead left is finished first. Fails where that cannot be done.
+void RecoverFirst(Files& files, const std::vector<std::string>& folders, bool locked, bool oneFile,
+                  std::vector<std::string>& notices) {
+    for (const std::string& folder : folders) {
+        const RecoveryReport report = RecoverLocked(files, folder, locked);
+        if (report.state == RecoveryReport::Busy)
+            throw Failure(kPermissionDenied, "The folder is in use by another program: " + folder);
+        if (report.state == RecoveryReport::Stuck ||
+            (report.state == RecoveryReport::Unreadable && !oneFile))
+            throw Failure(kPathFileAccess, report.notice);
+        if (!report.notice.empty())
+            notices.push_back(report.notice);
+    }
+}
+
+/// A file alone has no journal: what a failure left of it, nobody finishes.
+std::string OldOrNew(const Target& target) {
+    return target.path + " may hold its old or its new content.";
+}
+
+class Save {
+public:
+    Save(Files& files, const SavePlan& plan) : files_(files), plan_(plan) {}
+
+    SaveOutcome Run() {
+        const FolderLocks locks = LockAndRecover();
+        targets_ = FindTargets(files_, plan_.files);
+        RequireUnchanged(files_, plan_.read);
+        Replacement replacement(files_, targets_);
+        KeepOldFiles(replacement.Id());
+        try {
+            replacement.Run();
+        } catch (const Failure& failure) {
+            if (replacement.IsUnfinished())
+                throw Unfinished(failure);
+            RemoveBackups(files_, backupFolder_, backups_, outcome_.backupNumber);
+            throw;
+        }
+        try {
+            replacement.Close();
+        } catch (const Failure& failure) {
+            outcome_.notices.push_back(
+                "The save is complete, but its journal could not be removed: " +
+                failure.Description);
+        }
+        return std::move(outcome_);
+    }
+
+private:
+    FolderLocks LockAndRecover() {
+        std::vector<std::string> paths;
+        for (const NewFile& file : plan_.files)
+            paths.push_back(file.path);
+        const std::vector<std::string> dataFolders = FoldersOf(files_, paths);
+        if (!plan_.backupFolder.empty()) {
+            EnsureBackupFolder(files_, plan_.backupFolder);
+            backupFolder_ = RealFolder(files_, plan_.backupFolder);
+            paths.push_back(backupFolder_);
+        }
+        FolderLocks locks(files_, FoldersOf(files_, paths), Sharing::Exclusive);
+        RecoverFirst(files_, dataFolders, locks.Hold(), plan_.files.size() == 1, outcome_.notices);
+        // A journal in the backup folder is that of another set, and no hindrance to this one.
+        if (!backupFolder_.empty() && std::ranges::count(dataFolders, backupFolder_) == 0)
+            RecoverLocked(files_, backupFolder_, locks.Hold());
+        return locks;
+    }
+
+    void KeepOldFiles(std::string_view id) {
+        for (const Target& target : targets_) {
+            if (target.before)
+                backups_.push_back({target.backupName, *target.before, target.path});
+        }
+        if (backups_.empty())
+            return;
+        if (backupFolder_.empty())
+            throw Failure(kPathNotFound, "No backup folder is set.");
+        try {
+            outcome_.backupNumber = WriteBackups(files_, backupFolder_, backups_, id);
+        } catch (...) {
+            Failure failure = CurrentFailure();
+            failure.Description =
+                "Folder: " + plan_.backupFolder + "\r\n\r\n" + failure.Description;
+            throw failure;
+        }
+    }
+
+    /// The container may meet the old files again or the new ones: both are its own.
+    Failure Unfinished(const Failure& failure) {
+        for (DataFile* file : plan_.read) {
+            for (const NewFile& newFile : plan_.files) {
+                if (SameName(newFile.path, file->Path()))
+                    file->AlsoExpect(newFile.content);
+            }
+        }
+        std::string text = failure.Description + "\r\n\r\nThe save is unfinished. ";
+        if (targets_.size() > 1)
+            text += "The next opening or save of the folder finishes it, by the journal " +
+                    JoinPath(targets_.front().folder, kJournalName) + ".";
+        else
+            text += OldOrNew(targets_.front());
+        if (outcome_.backupNumber > 0)
+            text += " The old files are in " + plan_.backupFolder + " under the number " +
+                    std::to_string(outcome_.backupNumber) + ".";
+        return Failure(failure.Number, text, failure.Line);
+    }
+
+    Files& files_;
+    const SavePlan& plan_;
+    std::string backupFolder_;
+    std::vector<Target> targets_;
+    std::vector<Backup> backups_;
+    SaveOutcome outcome_;
+};
+
+/// A file where none stands, complete at once. False when somebody was quicker.
+bool CreateNew(Files& files, const std::string& path, ByteSpan bytes) {
+    const std::string temporary = JoinPath(FolderOf(path), TemporaryName(NewTransactionId(), 0));
+    files.Create(temporary, bytes, Flushed::No);
+    try {
+        files.Rename(temporary, path, IfTaken::Fails);
+        return true;
+    } catch (...) {
+        // A saver that finds the folder unlocked may have cleared the temporary away.
+        const bool othersDid = files.Kind(path) || !files.Kind(temporary);
+        RemoveQuietly(files, temporary);
+        if (!othersDid)
+            throw;
+        return false;
+    }
+}
+
+}  // namespace
+
+SaveOutcome Commit(Files& files, const SavePlan& plan) {
+    return Save(files, plan).Run();
+}
+
+std::vector<std::string> ReplaceFile(Files& files, const std::string& path, ByteSpan bytes) {
+    const auto kind = files.Kind(path);
+    if (kind && kind->type == FileKind::Other) {
+        files.Append(path, bytes, Flushed::No);
+        return {};
+    }
+    if (!kind && CreateNew(files, path, bytes))
+        return {};
+    std::vector<std::string> notices;
+    const std::vector<std::string> folders = FoldersOf(files, {path});
+    const FolderLocks locks(files, folders, Sharing::Exclusive);
+    RecoverFirst(files, folders, locks.Hold(), true, notices);
+    const std::vector<Target> targets{FindTarget(files, path, bytes)};
+    Replacement replacement(files, targets);
+    try {
+        replacement.Run();
+    } catch (const Failure& failure) {
+        if (!replacement.IsUnfinished())
+            throw;
+        throw Failure(failure.Number, failure.Description + "\r\n\r\n" + OldOrNew(targets.front()));
+    }
+    return notices;
+}
+
+}  // namespace tessaro
