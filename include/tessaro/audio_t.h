@@ -35,6 +35,9 @@ public:
     /// Refused while no set is loaded.
     /// Files that are replaced move to BackupFolder first; a failure brings them back.
     bool SaveAudioT();
+    /// From a handler of SaveStatus alone: ends the save, which then fails with "The save was
+    /// stopped." Anywhere else it fails with number 5.
+    void StopSave();
 
     std::int32_t NumberOfChunks() const;
     /// Grows or shrinks the set, up to 65535 chunks; new ones are empty until set.
@@ -51,6 +54,7 @@ public:
     SaveCompleteEvent SaveComplete;
 
 private:
+    friend class AudioSave;
     struct Self;
     std::unique_ptr<Self> self_;
 };

@@ -15,12 +15,36 @@ public:
                           "This cannot be done while the set is being saved.");
     }
 
+    /// What StopSave does: a handler of SaveStatus, and nobody else, may end the save.
+    void AskToStop() {
+        if (!inStatus_)
+            throw Failure(kInvalidProcedureCall,
+                          "A save can be stopped only while SaveStatus is raised.");
+        stop_ = true;
+    }
+
+    /// Raises SaveStatus, and ends the save where its handler asked for that.
+    template <class Raise>
+    void Status(Raise&& raise) {
+        inStatus_ = true;
+        try {
+            raise();
+        } catch (...) {
+            inStatus_ = false;
+            throw;
+        }
+        inStatus_ = false;
+        if (stop_)
+            throw Failure(0, "The save was stopped.");
+    }
+
     /// For as long as the set is written.
     class Scope {
     public:
         explicit Scope(SavingFlag& flag) : flag_(flag) {
             flag.RefuseChange();
             flag.saving_ = true;
+            flag.stop_ = false;
         }
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
@@ -32,6 +56,8 @@ public:
 
 private:
     bool saving_ = false;
+    bool inStatus_ = false;
+    bool stop_ = false;
 };
 
 }  // namespace tessaro
