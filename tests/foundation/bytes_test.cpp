@@ -52,7 +52,7 @@ TEST(ByteWriter, WritesPadsAndPatches) {
 
 TEST(Narrow, FailsInsteadOfDroppingBits) {
     EXPECT_EQ(Narrow<std::uint16_t>(65535), 65535);
-    EXPECT_EQ(test::FailureNumber([] { Narrow<std::uint16_t>(65536); }), kOverflow);
+    EXPECT_EQ(test::FailureOf([] { Narrow<std::uint16_t>(65536); }), kOverflow);
     EXPECT_THROW(Narrow<std::uint8_t>(-1), Failure);
 }
 

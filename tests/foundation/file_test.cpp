@@ -9,7 +9,7 @@ namespace {
 using modReadFileBytes::ReadFileBytes;
 using modReadFileBytes::WriteFileBytes;
 using test::Ascii;
-using test::FailureNumber;
+using test::FailureOf;
 using test::Hex;
 
 TEST(Files, FailWithTheirClassicNumbers) {
@@ -17,18 +17,18 @@ TEST(Files, FailWithTheirClassicNumbers) {
     folder.MakeFolder("sub");
     folder.Write("three", Ascii("abc"));
     const auto open = [&](const std::string& name) {
-        return FailureNumber([&] { File(folder.File(name), FileMode::Read); });
+        return FailureOf([&] { File(folder.File(name), FileMode::Read); });
     };
     EXPECT_EQ(open("missing"), kFileNotFound);
     EXPECT_EQ(open(JoinPath("nofolder", "missing")), kPathNotFound);
     EXPECT_EQ(open("sub"), kPathFileAccess);
-    EXPECT_EQ(FailureNumber([&] { DeleteFileAt(folder.File("missing")); }), kFileNotFound);
-    EXPECT_EQ(FailureNumber([&] { ListFiles(folder.File("nofolder"), "*"); }), kFileNotFound);
+    EXPECT_EQ(FailureOf([&] { DeleteFileAt(folder.File("missing")); }), kFileNotFound);
+    EXPECT_EQ(FailureOf([&] { ListFiles(folder.File("nofolder"), "*"); }), kFileNotFound);
     File file(folder.File("three"), FileMode::Read);
-    EXPECT_EQ(FailureNumber([&] { file.ReadAt(1, 3); }), kInputPastEnd);
-    EXPECT_EQ(FailureNumber([&] { file.ReadAt(0, std::int64_t{1} << 50); }), kInputPastEnd)
+    EXPECT_EQ(FailureOf([&] { file.ReadAt(1, 3); }), kInputPastEnd);
+    EXPECT_EQ(FailureOf([&] { file.ReadAt(0, std::int64_t{1} << 50); }), kInputPastEnd)
         << "a hostile size is refused before memory is taken";
-    EXPECT_EQ(FailureNumber([] { File().Size(); }), kBadFileNameOrNumber);
+    EXPECT_EQ(FailureOf([] { File().Size(); }), kBadFileNameOrNumber);
     EXPECT_EQ(file.ReadAt(1, 2), Ascii("bc"));
 }
 

@@ -72,9 +72,8 @@ TEST_F(Global, ALogThatCannotBeWrittenKeepsToReportErrorAlone) {
 
 TEST_F(Global, AFailureIsReportedUnderTheInnermostStep) {
     EXPECT_FALSE(Guarded("a.b", [] {
-        return Step("a.outer", [] {
-            return Step("a.inner", []() -> bool { throw Failure(kDiskFull); });
-        });
+        return Step("a.outer",
+                    [] { return Step("a.inner", []() -> bool { throw Failure(kDiskFull); }); });
     }));
     ASSERT_EQ(ui_.boxes.size(), 1u);
     EXPECT_EQ(ui_.boxes[0].title, "a.inner Error");
@@ -149,9 +148,11 @@ TEST_F(Global, FileNamesWithAndWithoutExtension) {
     EXPECT_EQ(FileNameFromPath("A.B", false), "A.B");
     EXPECT_THROW(FileNameFromPath("NOPOINT", true), Failure);
     ConfiguredGame().outputFolder = "out";
-    EXPECT_THROW((void)ConfiguredGame().OutputPath("VSWAP.WL6"), Failure) << "without a compile extension";
+    EXPECT_THROW((void)ConfiguredGame().OutputPath("VSWAP.WL6"), Failure)
+        << "without a compile extension";
     ConfiguredGame().compileExtension = "WL1";
-    EXPECT_EQ(ConfiguredGame().OutputPath(JoinPath("game", "VSWAP.WL6")), JoinPath("out", "VSWAP.WL1"));
+    EXPECT_EQ(ConfiguredGame().OutputPath(JoinPath("game", "VSWAP.WL6")),
+              JoinPath("out", "VSWAP.WL1"));
 }
 
 TEST_F(Global, ReplacedFilesKeepTheCaseOfTheirNames) {
@@ -176,7 +177,7 @@ TEST_F(Global, ALogThatCannotBeWrittenDoesNotKeepOldFilesAway) {
     {
         // The move of the first new file, then that of the first restore.
         const test::FailingFiles failing(3, 4, FileOperation::Move);
-        EXPECT_EQ(test::FailureNumber([&] {
+        EXPECT_EQ(test::FailureOf([&] {
                       ReplaceFiles({{a, Ascii("new a")}, {b, Ascii("new b")}});
                   }),
                   kDiskFull);

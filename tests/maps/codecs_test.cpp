@@ -10,23 +10,11 @@
 namespace tessaro {
 namespace {
 
+using literal::FromWords;
+using test::FailureOf;
 using test::Hex;
 
 constexpr std::uint16_t kTag = 0xABCD;
-
-ByteArray Words(const std::vector<int>& words) {
-    return literal::FromWords(words);
-}
-
-template <class Body>
-std::int32_t FailureOf(Body&& body) {
-    try {
-        body();
-        return 0;
-    } catch (const Failure& failure) {
-        return failure.Number;
-    }
-}
 
 TEST(Rlew, PacksRunsOfFourAndMore) {
     struct Row {
@@ -44,13 +32,14 @@ TEST(Rlew, PacksRunsOfFourAndMore) {
          {kTag, kTag, kTag, kTag, 5, 1}},
     };
     for (const Row& row : rows)
-        EXPECT_EQ(RlewCompress(kTag, Words(row.plane), LengthPrefix::None), Words(row.packed))
+        EXPECT_EQ(RlewCompress(kTag, FromWords(row.plane), LengthPrefix::None),
+                  FromWords(row.packed))
             << row.name;
-    EXPECT_EQ(RlewCompress(kTag, Words({1, 1, 1, 1, 1, 1}), LengthPrefix::Short),
+    EXPECT_EQ(RlewCompress(kTag, FromWords({1, 1, 1, 1, 1, 1}), LengthPrefix::Short),
               Hex("0C00 CDAB 0600 0100"));
-    EXPECT_EQ(RlewCompress(kTag, Words({1, 1, 1, 1, 1, 1}), LengthPrefix::Long),
+    EXPECT_EQ(RlewCompress(kTag, FromWords({1, 1, 1, 1, 1, 1}), LengthPrefix::Long),
               Hex("0C000000 CDAB 0600 0100"));
-    EXPECT_EQ(RlewCompress(kTag, Words(longRun), LengthPrefix::Short),
+    EXPECT_EQ(RlewCompress(kTag, FromWords(longRun), LengthPrefix::Short),
               Hex("E022 CDAB FFFF 0700 CDAB 7111 0700"));  // the low half of 140,000
     EXPECT_EQ(FailureOf([] { RlewCompress(kTag, Hex("010001000100"), LengthPrefix::None); }), 9)
         << "the destination is one byte shorter than the source";
@@ -88,7 +77,7 @@ TEST(Rlew, ExpandsAndTellsWhatWasMissing) {
     std::int32_t length = 0;
     enmCorruptLevel level = clNone;
     EXPECT_TRUE(self.RLEWExpand(kTag, Hex("0000 CDAB 0010 0500"), cells, length, level));
-    EXPECT_EQ(cells, Words(std::vector<int>(4096, 5)));
+    EXPECT_EQ(cells, FromWords(std::vector<int>(4096, 5)));
     EXPECT_EQ(level, clLow) << "a prefix of 0 stands for 8192";
     level = clHigh;
     length = 0;
@@ -144,21 +133,18 @@ TEST(Carmack, ExpandsEveryCode) {
     }
 }
 
-TEST(Carmack, FailsOutsideItsArrays) {
-    test::TempFolder folder;
-    test::FreshStore(folder.Path());
-    test::ScriptedUserInterface user;
+class CarmackExpansion : public test::InFolder {};
+
+TEST_F(CarmackExpansion, FailsOutsideItsArrays) {
     clsGameMaps maps;
     const auto& self = GameMapsInternals::SelfOf(maps);
     for (const char* codes : {"", "05", "0100", "00A7", "02A7", "01A7 01", "0100 02A7 02",
                               "0100 02A8", "0100 02A8 00", "0100 02A8 0300", "0100 04A8 0000"}) {
         ByteArray words(8);
         EXPECT_FALSE(self.CarmackExpand(Hex(codes), words, 8)) << codes;
-        ASSERT_FALSE(user.boxes.empty());
-        EXPECT_EQ(user.boxes.back().prompt,
-                  "Error 9 in clsGameMaps.CarmackExpand: Subscript out of range");
+        EXPECT_EQ(ui_.LastPrompt(), "Error 9 in clsGameMaps.CarmackExpand: Subscript out of range");
     }
-    EXPECT_EQ(user.boxes.size(), 11u);
+    EXPECT_EQ(ui_.boxes.size(), 11u);
 }
 
 TEST(Carmack, Packs) {
@@ -187,9 +173,8 @@ TEST(Carmack, Packs) {
     for (int i = 0; i < 300; ++i)
         plane.push_back(1000 + i);
     plane.insert(plane.end(), {1, 2, 9, 1, 2, 3});
-    const ByteArray packed = CarmackCompress(Words(plane), LengthPrefix::Long, {});
-    const ByteArray tail(packed.end() - 10, packed.end());
-    EXPECT_EQ(tail, Hex("0100 0200 0900 03A8 0000"));
+    const ByteArray packed = CarmackCompress(FromWords(plane), LengthPrefix::Long, {});
+    EXPECT_EQ(test::Part(packed, packed.size() - 10), Hex("0100 0200 0900 03A8 0000"));
 }
 
 TEST(Codecs, AgreeWithTheLiteralOnes) {

@@ -53,8 +53,7 @@ TEST_F(MapChanges, ResizeRefusesWhatIsNoMap) {
     for (const Row& row : {Row{2, 4, 4, 9}, Row{-1, 4, 4, 9}, Row{0, 0, 4, 9}, Row{0, 4, -1, 9},
                            Row{0, 4097, 4096, 7}, Row{0, 40'000, 1, 6}}) {
         EXPECT_FALSE(maps_.ResizeMap(row.map, row.width, row.height, 0));
-        EXPECT_EQ(user_.boxes.back().prompt.find("Error " + std::to_string(row.number) + " in"),
-                  0u);
+        EXPECT_EQ(ui_.boxes.back().prompt.find("Error " + std::to_string(row.number) + " in"), 0u);
         EXPECT_EQ(Cell(maps_, 0, 0, 7), 1);
     }
 }
@@ -73,20 +72,20 @@ TEST_F(MapChanges, AddMovesTheOthersUp) {
     EXPECT_EQ(Cell(maps_, 2, 0, 0), 3) << "read from the file at its new place";
     maps_.AddMap(3);
     EXPECT_EQ(maps_.MapName(3), "NEW");
-    EXPECT_TRUE(user_.boxes.empty());
+    EXPECT_TRUE(ui_.boxes.empty());
 
     maps_.AddMap(9);
     EXPECT_EQ(maps_.NumberOfMaps(), 5) << "the set has grown all the same";
     maps_.AddMap(-1);
     EXPECT_EQ(maps_.NumberOfMaps(), 6);
-    EXPECT_EQ(user_.boxes.size(), 2u);
+    EXPECT_EQ(ui_.boxes.size(), 2u);
     EXPECT_TRUE(Planes(maps_, 5).Plane.empty());
 }
 
 TEST_F(MapChanges, RemoveMovesTheOthersDownAndBlanksTheLast) {
     maps_.RemoveMap(2);
     EXPECT_EQ(maps_.NumberOfMaps(), 2) << "outside the list nothing changes";
-    EXPECT_EQ(user_.boxes.size(), 1u);
+    EXPECT_EQ(ui_.boxes.size(), 1u);
     maps_.RemoveMap(0);
     ASSERT_EQ(maps_.NumberOfMaps(), 1);
     EXPECT_EQ(Cell(maps_, 0, 1, 0), 4);

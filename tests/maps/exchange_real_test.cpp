@@ -1,20 +1,15 @@
 // The maps of a real game through every format that is written.
-#include "support/support.h"
+#include "support/game.h"
 #include "tessaro/game_maps.h"
 #include "tessaro/iphone_settings.h"
-#include "tessaro/version.h"
 
 namespace tessaro {
 namespace {
 
-TEST(ExchangeOfRealLevels, EveryFormatGivesBackWhatItHolds) {
-    TESSARO_NEEDS_GAME_DATA();
-    test::TempFolder folder;
-    test::FreshStore(folder.Path());
-    test::ScriptedUserInterface ui;
-    ui.onForm = [](frmIPhoneSettings& form) { form.cmdOK_Click(); };
-    clsVersion version;
-    ASSERT_TRUE(version.LoadDataPath(*test::GameFolder()));
+class ExchangeOfRealLevels : public test::RealGame {};
+
+TEST_F(ExchangeOfRealLevels, EveryFormatGivesBackWhatItHolds) {
+    ui_.onForm = [](frmIPhoneSettings& form) { form.cmdOK_Click(); };
     clsGameMaps maps;
     ASSERT_TRUE(maps.Initialize());
     struct {
@@ -32,7 +27,7 @@ TEST(ExchangeOfRealLevels, EveryFormatGivesBackWhatItHolds) {
             std::int32_t width = 0, height = 0;
             ASSERT_TRUE(maps.LoadMap(map, before, width, height));
             enmMapFileType type = format.type;
-            const std::string path = folder.File(std::to_string(map) + "." + std::to_string(type));
+            const std::string path = folder_.File(std::to_string(map) + "." + std::to_string(type));
             ASSERT_TRUE(maps.ExportMap(map, path, true, type));
             EXPECT_EQ(maps.ImportMapsForClipboard(path), 1);
             std::string name;
@@ -42,7 +37,6 @@ TEST(ExchangeOfRealLevels, EveryFormatGivesBackWhatItHolds) {
                 EXPECT_EQ(after.Plane.at(plane).Grid, before.Plane.at(plane).Grid);
         }
     }
-    EXPECT_TRUE(ui.boxes.empty());
 }
 
 }  // namespace

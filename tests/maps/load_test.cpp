@@ -3,22 +3,22 @@
 #include <array>
 
 #include "map_set.h"
+#include "support/game.h"
 
 namespace tessaro {
 namespace {
 
-class RealMaps : public testing::Test {
+using test::operator+;
+
+class RealMaps : public test::RealGame {
 protected:
     void SetUp() override {
-        TESSARO_NEEDS_GAME_DATA();
-        test::FreshStore(folder_.Path());
-        ConfiguredGame().mapHeaderFile = JoinPath(*test::GameFolder(), "MAPHEAD.WL1");
-        ConfiguredGame().gameMapsFile = JoinPath(*test::GameFolder(), "GAMEMAPS.WL1");
+        RealGame::SetUp();
+        if (IsSkipped())
+            return;
         ASSERT_TRUE(maps_.Initialize());
     }
 
-    test::TempFolder folder_;
-    test::ScriptedUserInterface user_;
     clsGameMaps maps_;
 };
 
@@ -40,7 +40,6 @@ TEST_F(RealMaps, AreAllThereAndWhole) {
         ASSERT_EQ(planes.Plane.size(), 3u);
         EXPECT_EQ(planes.Plane[2].Grid.size(), 4096u);
     }
-    EXPECT_TRUE(user_.boxes.empty());
 }
 
 TEST_F(RealMaps, PackAgainToTheStoredBytes) {
@@ -55,8 +54,8 @@ TEST_F(RealMaps, PackAgainToTheStoredBytes) {
             ByteArray packed;
             ASSERT_TRUE(self.RLEWCompress(0xABCD, CellBytes(planes.Plane[plane]), packed, true));
             ASSERT_TRUE(self.CarmackCompress(packed));
-            const auto stored = data.begin() + record.planeOffsets[plane];
-            EXPECT_EQ(packed, ByteArray(stored, stored + record.planeLengths[plane]))
+            EXPECT_EQ(packed, test::Part(data, static_cast<std::size_t>(record.planeOffsets[plane]),
+                                         static_cast<std::size_t>(record.planeLengths[plane])))
                 << map << "/" << plane;
         }
     }
@@ -98,7 +97,7 @@ TEST_F(MapLoad, HandsOutWhatTheFilesHold) {
                                                                                    {0, 0, 0, 2},
                                                                                    {0, 0, -1, 1}})
         EXPECT_FALSE(maps.SetMapCode(map, plane, x, y, 1));
-    EXPECT_EQ(user_.boxes.size(), 7u);
+    EXPECT_EQ(ui_.boxes.size(), 7u);
     EXPECT_TRUE(maps.MapName(2).empty());
     EXPECT_EQ(maps.CorruptMap(-1), clNone);
 }
@@ -130,14 +129,14 @@ TEST_F(MapLoad, MeetsDamageAsTheFormatsDo) {
     };
     for (const Row& row : rows) {
         SetUp();
-        user_.boxes.clear();
+        ui_.boxes.clear();
         Patch(row.offset, row.bytes);
         clsGameMaps maps;
         ASSERT_TRUE(maps.Initialize());
         const typMapPlane planes = Planes(maps, 0);
         EXPECT_EQ(planes.Plane.size(), row.loads ? 3u : 0u) << row.name;
         EXPECT_EQ(maps.CorruptMap(0), row.level) << row.name;
-        EXPECT_EQ(user_.boxes.size(), row.loads ? 0u : 1u) << row.name;
+        EXPECT_EQ(ui_.boxes.size(), row.loads ? 0u : 1u) << row.name;
         if (row.loads) {
             EXPECT_EQ(planes.Plane[0].Grid, row.cells) << row.name;
         }
@@ -173,11 +172,10 @@ TEST_F(MapLoad, TheHeaderFileEndsTheListOfMaps) {
 }
 
 TEST_F(MapLoad, ExtendedCountsBehindTheSignature) {
-    folder_.Write("GAMEMAPS.TST",
-                  test::Joined({test::Ascii("TED6v1.2"), test::Hex("0200 0400"),
-                                test::Hex("0A000000 10000000 2200 0800 3412"),
-                                test::Hex("0C000000 CDCDCDCD  0E000000 00000000  0400 0200"),
-                                test::Ascii("Long")}));
+    folder_.Write("GAMEMAPS.TST", test::Ascii("TED6v1.2") + test::Hex("0200 0400") +
+                                      test::Hex("0A000000 10000000 2200 0800 3412") +
+                                      test::Hex("0C000000 CDCDCDCD  0E000000 00000000  0400 0200") +
+                                      test::Ascii("Long"));
     folder_.Write("MAPHEAD.TST", test::Hex("2200 1A000000"));
     clsGameMaps maps;
     ASSERT_TRUE(maps.Initialize());

@@ -2,9 +2,8 @@
 // that each plane takes ten bytes.
 #pragma once
 
-#include "foundation/store.h"
 #include "maps/game_maps_self.h"
-#include "support/support.h"
+#include "support/saving.h"
 
 namespace tessaro::test {
 
@@ -13,52 +12,31 @@ inline ByteArray SmallPlane(const std::string& cell) {
     return Hex("0800 1000 CDAB 0800" + cell + "00");
 }
 
-inline ByteArray Joined(const std::vector<ByteArray>& parts) {
-    ByteArray all;
-    for (const ByteArray& part : parts)
-        all.insert(all.end(), part.begin(), part.end());
-    return all;
-}
-
 inline ByteArray SmallData() {
-    return Joined({
-        Ascii("TED5v1.0"),
-        SmallPlane("01"),
-        SmallPlane("02"),
-        SmallPlane("00"),
-        Hex("08000000 12000000 1C000000  0A00 0A00 0A00  0400 0200"),  // at 38
-        Ascii("First"),
-        Hex("00 787878"),
-        ByteArray(7),
-        Ascii("!ID!"),
-        SmallPlane("03"),
-        SmallPlane("04"),
-        SmallPlane("05"),
-        Hex("50000000 5A000000 64000000  0A00 0A00 0A00  0400 0200"),  // at 110
-        Ascii("Sixteen letters!"),
-        Ascii("!ID!"),
-        Ascii("!ID!"),
-    });
+    return Ascii("TED5v1.0") + SmallPlane("01") + SmallPlane("02") + SmallPlane("00") +
+           Hex("08000000 12000000 1C000000  0A00 0A00 0A00  0400 0200") +      // at 38
+           Ascii("First") + Hex("00 787878") + ByteArray(7) + Ascii("!ID!") +  //
+           SmallPlane("03") + SmallPlane("04") + SmallPlane("05") +
+           Hex("50000000 5A000000 64000000  0A00 0A00 0A00  0400 0200") +  // at 110
+           Ascii("Sixteen letters!") + Ascii("!ID!") + Ascii("!ID!");
 }
 
 inline ByteArray SmallHeader() {
-    return Joined({Hex("CDAB 26000000 6E000000"), ByteArray(98 * 4)});
+    return Hex("CDAB 26000000 6E000000") + ByteArray(98 * 4);
 }
 
-class SmallMaps : public testing::Test {
+class SmallMaps : public InFolder {
 protected:
     void SetUp() override {
         FreshStore(folder_.Path());
-        if (!FolderExists(folder_.File("backup")))
-            folder_.MakeFolder("backup");
         ConfiguredGame().backupFolder = folder_.File("backup");
         ConfiguredGame().mapHeaderFile = folder_.Write("MAPHEAD.TST", SmallHeader());
         ConfiguredGame().gameMapsFile = folder_.Write("GAMEMAPS.TST", SmallData());
     }
 
-    ByteArray Backup(const std::string& name) const {
-        const std::string path = JoinPath(folder_.File("backup"), name);
-        return FileExists(path) ? ReadWholeFile(path) : ByteArray();
+    /// A file's bytes; none where it is not there.
+    ByteArray BytesOf(const std::string& name) const {
+        return folder_.Has(name) ? folder_.Read(name) : ByteArray();
     }
 
     /// A map's planes; none when it could not be loaded.
@@ -73,9 +51,6 @@ protected:
                              std::size_t cell) {
         return Planes(maps, map).Plane.at(plane).Grid.at(cell);
     }
-
-    TempFolder folder_;
-    ScriptedUserInterface user_;
 };
 
 }  // namespace tessaro::test

@@ -2,14 +2,15 @@
 #include <algorithm>
 
 #include "map_set.h"
+#include "support/game.h"
 
 namespace tessaro {
 namespace {
 
 using test::Ascii;
 using test::Hex;
-using test::Joined;
-using test::SmallPlane;
+using test::Part;
+using test::operator+;
 
 constexpr const char* kHint =
     "\r\n\r\nThere was a problem replacing your map files.  Your compiled files are intact, but "
@@ -20,19 +21,11 @@ protected:
     void SetUp() override {
         SmallMaps::SetUp();
         ASSERT_TRUE(maps_.Initialize());
-        maps_.SaveStatus = [this](std::int32_t chunk, std::int32_t total) {
-            events_.push_back("status " + std::to_string(chunk) + "/" + std::to_string(total));
-        };
-        maps_.SaveError = [this](std::int32_t chunk, const std::string& text) {
-            events_.push_back("error " + std::to_string(chunk) + " " + text);
-        };
-        maps_.SaveComplete = [this](bool success) {
-            events_.push_back(success ? "complete" : "failed");
-        };
+        events_.Listen(maps_);
     }
 
     clsGameMaps maps_;
-    std::vector<std::string> events_;
+    test::SaveEvents events_;
 };
 
 TEST_F(MapSave, WritesTheSetBackAndBacksUpTheOldOne) {
@@ -41,19 +34,18 @@ TEST_F(MapSave, WritesTheSetBackAndBacksUpTheOldOne) {
     EXPECT_EQ(folder_.Read("MAPHEAD.TST"), test::SmallHeader());
     EXPECT_FALSE(folder_.Has("GAMEMAPS.TST.new"));
     EXPECT_FALSE(folder_.Has("MAPHEAD.TST.new"));
-    EXPECT_EQ(events_, (std::vector<std::string>{"status 1/2", "status 2/2", "complete"}));
+    EXPECT_EQ(events_.seen, test::EventsOfASave(2));
 
     maps_.CompileRLEWTAG(0x7FFE'0022);
     maps_.CompileNEARTAG(0x12);
     ASSERT_TRUE(maps_.SetMapCode(1, 0, 3, 1, 0x1'1234));
     ASSERT_TRUE(maps_.SaveMapFile());
     const ByteArray data = folder_.Read("GAMEMAPS.TST");
-    EXPECT_EQ(ByteArray(data.begin() + 80, data.begin() + 93),
-              Hex("0A00 1000 2200 0700 0300 001234"))
+    EXPECT_EQ(Part(data, 80, 13), Hex("0A00 1000 2200 0700 0300 001234"))
         << "seven cells as a run of the new tag, then the low half of the last, escaped";
-    EXPECT_EQ(Backup("GAMEMAPS.TST.001"), test::SmallData());
-    EXPECT_EQ(Backup("GAMEMAPS.TST.002"), test::SmallData());
-    EXPECT_EQ(Backup("MAPHEAD.TST.002"), test::SmallHeader());
+    EXPECT_EQ(BytesOf("backup/GAMEMAPS.TST.001"), test::SmallData());
+    EXPECT_EQ(BytesOf("backup/GAMEMAPS.TST.002"), test::SmallData());
+    EXPECT_EQ(BytesOf("backup/MAPHEAD.TST.002"), test::SmallHeader());
     EXPECT_EQ(folder_.Read("MAPHEAD.TST")[0], 0x22);
     EXPECT_EQ(Cell(maps_, 1, 0, 7), 0x1'1234) << "the cache keeps what the host set";
 }
@@ -64,7 +56,7 @@ TEST_F(MapSave, WritesRlewAloneForTheOlderKind) {
     ConfiguredGame().mapsAreVersion10 = true;
     ASSERT_TRUE(maps_.SaveMapFile());
     const ByteArray data = folder_.Read("GAMEMAPS.TST");
-    EXPECT_EQ(ByteArray(data.begin() + 8, data.begin() + 16), Hex("1000 CDAB 0800 0100"));
+    EXPECT_EQ(Part(data, 8, 8), Hex("1000 CDAB 0800 0100"));
     clsGameMaps again;
     ASSERT_TRUE(again.Initialize());
     EXPECT_EQ(Cell(again, 1, 2, 7), 5);
@@ -94,15 +86,14 @@ TEST_P(MapLayouts, AreWrittenAndReadAgain) {
         maps.OutputMapPlanes(row.planes);
         maps.OutputMapNameSize(row.nameSize);
         maps.SaveLengthsAsLong(row.longLengths);
-        ASSERT_TRUE(maps.SaveMapFile()) << user_.boxes.back().prompt;
+        ASSERT_TRUE(maps.SaveMapFile()) << ui_.LastPrompt();
 
         const ByteArray front = Hex(row.headerFront);
         const ByteArray header = folder_.Read("MAPHEAD.TST");
         EXPECT_EQ(header.size(), front.size() + 400);
-        EXPECT_EQ(ByteArray(header.begin(), header.begin() + static_cast<long>(front.size())),
-                  front);
+        EXPECT_EQ(Part(header, 0, front.size()), front);
         const ByteArray data = folder_.Read("GAMEMAPS.TST");
-        EXPECT_EQ(ByteArray(data.begin(), data.begin() + 8), Ascii(row.signature));
+        EXPECT_EQ(Part(data, 0, 8), Ascii(row.signature));
 
         clsGameMaps again;
         ASSERT_TRUE(again.Initialize());
@@ -146,10 +137,11 @@ TEST_F(MapSave, KeepsTheOldFilesWhenANameIsTooLong) {
                                  "Could not save map 1 due to map name being too long.  Change "
                                  "length in project information.  Aborting.") +
                              kHint;
-    EXPECT_EQ(events_, (std::vector<std::string>{"status 1/2", "error 2 " + text, "failed"}));
-    ASSERT_EQ(user_.boxes.size(), 1u);
-    EXPECT_EQ(user_.boxes[0].title, "clsGameMaps.SaveMapFile: DoRestore Error");
-    EXPECT_EQ(user_.boxes[0].prompt, "Error 1799 in clsGameMaps.SaveMapFile: DoRestore: " + text);
+    EXPECT_EQ(events_.seen, (std::vector<std::string>{"SaveStatus 1 2", "SaveError 2 " + text,
+                                                      "SaveComplete False"}));
+    ASSERT_EQ(ui_.boxes.size(), 1u);
+    EXPECT_EQ(ui_.boxes[0].title, "clsGameMaps.SaveMapFile: DoRestore Error");
+    EXPECT_EQ(ui_.boxes[0].prompt, "Error 1799 in clsGameMaps.SaveMapFile: DoRestore: " + text);
     EXPECT_TRUE(folder_.Has("GAMEMAPS.TST.new"));
 
     maps_.OutputMapNameSize(17);
@@ -161,14 +153,14 @@ TEST_F(MapSave, KeepsTheOldFilesWhenANameIsTooLong) {
 
 TEST_F(MapSave, KeepsItsHandlersFromChangingWhatItReliesOn) {
     maps_.SaveStatus = [&](std::int32_t, std::int32_t) {
-        user_.boxes.clear();
+        ui_.boxes.clear();
         maps_.RemoveMap(1);
         maps_.AddMap(0);
         EXPECT_FALSE(maps_.ResizeMap(0, 8, 8, 1));
-        EXPECT_FALSE(maps_.ImportMap(0, folder_.Write("A.MAP", {})));
+        EXPECT_FALSE(maps_.ImportMap(0, folder_.Write("A.MAP", ByteArray(16384))));
         EXPECT_FALSE(maps_.Initialize());
         EXPECT_FALSE(maps_.SaveMapFile());
-        EXPECT_EQ(user_.boxes.size(), 6u);
+        EXPECT_EQ(ui_.boxes.size(), 6u);
     };
     bool again = false;
     maps_.SaveComplete = [&](bool success) { again = success && maps_.Initialize(); };
@@ -200,8 +192,8 @@ TEST_F(MapSave, RefusesWhatWouldNotReadBack) {
         for (std::size_t i = 0; i < grid.size(); ++i)
             grid[i] = static_cast<std::int32_t>(i / row.run);
         EXPECT_FALSE(maps.SaveMapFile()) << row.name;
-        EXPECT_NE(user_.boxes.back().prompt.find(row.inDescription), std::string::npos)
-            << row.name << ": " << user_.boxes.back().prompt;
+        EXPECT_NE(ui_.LastPrompt().find(row.inDescription), std::string::npos)
+            << row.name << ": " << ui_.LastPrompt();
         EXPECT_EQ(folder_.Read("GAMEMAPS.TST"), test::SmallData());
     }
 
@@ -216,9 +208,8 @@ TEST_F(MapSave, RefusesWhatWouldNotReadBack) {
 
 TEST_F(MapSave, NeedsMapsSettingsAndABackupFolder) {
     const auto fails = [&] {
-        events_.clear();
-        const bool failed = !maps_.SaveMapFile();
-        return failed && events_.back() == "failed" && std::ranges::count(events_, "failed") == 1 &&
+        events_.seen.clear();
+        return !maps_.SaveMapFile() && events_.EndedOnce(false) &&
                folder_.Read("GAMEMAPS.TST") == test::SmallData() &&
                folder_.Read("MAPHEAD.TST") == test::SmallHeader();
     };
@@ -229,12 +220,12 @@ TEST_F(MapSave, NeedsMapsSettingsAndABackupFolder) {
     maps_.OutputMapPlanes(3);
     ConfiguredGame().backupFolder.clear();
     EXPECT_TRUE(fails());
-    EXPECT_NE(events_[2].find("error 99 No backup folder is set."), std::string::npos)
+    EXPECT_NE(events_.seen[2].find("SaveError 99 No backup folder is set."), std::string::npos)
         << "the number is the last header slot";
     ConfiguredGame().backupFolder = folder_.File("backup");
     maps_.AddMap(7);
     EXPECT_TRUE(fails()) << "the map that a failed AddMap leaves holds nothing";
-    EXPECT_NE(events_[2].find("Could not load map 2 in order to save.  Aborting."),
+    EXPECT_NE(events_.seen[2].find("Could not load map 2 in order to save.  Aborting."),
               std::string::npos);
     GameMapsInternals::SelfOf(maps_).maps.clear();
     EXPECT_TRUE(fails());
@@ -244,38 +235,26 @@ TEST_F(MapSave, NeedsMapsSettingsAndABackupFolder) {
 /// order of events survive, and the next save works.
 class MapSaveFaults : public MapSave {
 protected:
-    void CheckAfter(bool saved, int n) {
-        const ByteArray data =
-            folder_.Has("GAMEMAPS.TST") ? folder_.Read("GAMEMAPS.TST") : ByteArray();
-        const ByteArray header =
-            folder_.Has("MAPHEAD.TST") ? folder_.Read("MAPHEAD.TST") : ByteArray();
+    void CheckAfter(bool saved) {
         if (!saved) {
-            EXPECT_TRUE(data == test::SmallData() ||
-                        Backup("GAMEMAPS.TST.001") == test::SmallData())
-                << n;
-            EXPECT_TRUE(header == test::SmallHeader() ||
-                        Backup("MAPHEAD.TST.001") == test::SmallHeader())
-                << n;
+            EXPECT_TRUE(BytesOf("GAMEMAPS.TST") == test::SmallData() ||
+                        BytesOf("backup/GAMEMAPS.TST.001") == test::SmallData());
+            EXPECT_TRUE(BytesOf("MAPHEAD.TST") == test::SmallHeader() ||
+                        BytesOf("backup/MAPHEAD.TST.001") == test::SmallHeader());
         }
-        EXPECT_EQ(std::ranges::count(events_, "complete"), saved ? 1 : 0) << n;
-        EXPECT_EQ(std::ranges::count(events_, "failed"), saved ? 0 : 1) << n;
-        EXPECT_EQ(Cell(maps_, 0, 0, 0), 9) << n;
+        EXPECT_TRUE(events_.EndedOnce(saved));
+        EXPECT_EQ(Cell(maps_, 0, 0, 0), 9);
     }
 
     /// Starts over with a set of which map 0 has been edited.
     void Restart() {
-        for (const char* name :
-             {"GAMEMAPS.TST.001", "MAPHEAD.TST.001", "GAMEMAPS.TST.002", "MAPHEAD.TST.002"}) {
-            const std::string path = JoinPath(folder_.File("backup"), name);
-            if (FileExists(path))
-                DeleteFileAt(path);
-        }
+        folder_.RemoveFolder("backup");
         folder_.Write("GAMEMAPS.TST", test::SmallData());
         folder_.Write("MAPHEAD.TST", test::SmallHeader());
         ASSERT_TRUE(maps_.Initialize());
         for (std::int32_t x = 0; x < 4; ++x)
             ASSERT_TRUE(maps_.SetMapCode(0, 0, x, 0, 9));
-        events_.clear();
+        events_.seen.clear();
     }
 };
 
@@ -284,51 +263,29 @@ TEST_F(MapSaveFaults, OneFailingOperationLosesNothing) {
     ASSERT_TRUE(maps_.SaveMapFile());
     const ByteArray expected = folder_.Read("GAMEMAPS.TST");
     ASSERT_NE(expected, test::SmallData());
-
-    int n = 1;
-    for (bool reached = true; reached; ++n) {
-        Restart();
-        bool saved = false;
-        {
-            test::FailingFiles failing(n);
-            saved = maps_.SaveMapFile();
-            reached = failing.Failed();
-        }
-        CheckAfter(saved, n);
-        if (reached && !saved) {
-            EXPECT_EQ(folder_.Read("MAPHEAD.TST"), test::SmallHeader()) << n;
-            EXPECT_EQ(folder_.Read("GAMEMAPS.TST"), test::SmallData()) << n;
-            EXPECT_TRUE(maps_.SaveMapFile()) << n;
-        }
-        EXPECT_EQ(folder_.Read("GAMEMAPS.TST"), expected) << n;
-    }
-    EXPECT_GT(n, 15);
+    test::EachFailure(
+        15, [&] { Restart(); }, [&] { return maps_.SaveMapFile(); },
+        [&](bool saved) {
+            CheckAfter(saved);
+            if (!saved) {
+                EXPECT_EQ(folder_.Read("MAPHEAD.TST"), test::SmallHeader());
+                EXPECT_EQ(folder_.Read("GAMEMAPS.TST"), test::SmallData());
+                EXPECT_TRUE(maps_.SaveMapFile());
+            }
+            EXPECT_EQ(folder_.Read("GAMEMAPS.TST"), expected);
+        });
 }
 
 TEST_F(MapSaveFaults, NothingWorkingFromOneOperationOnLosesNothing) {
-    for (int n = 1, calls = n; calls >= n; ++n) {
-        Restart();
-        calls = 0;
-        SetFileOperationHook([&](FileOperation, const std::string&) {
-            if (++calls >= n)
-                throw Failure(kDeviceIOError);
-        });
-        const bool saved = maps_.SaveMapFile();
-        SetFileOperationHook(nullptr);
-        CheckAfter(saved, n);
-    }
+    test::EachFailure(
+        15, [&] { Restart(); }, [&] { return maps_.SaveMapFile(); },
+        [&](bool saved) { CheckAfter(saved); }, test::Fails::FromThenOn);
 }
 
-TEST(RealMapSave, ChangesWhatItMustAlone) {
-    TESSARO_NEEDS_GAME_DATA();
-    const test::TempFolder folder;
-    test::FreshStore(folder.Path());
-    test::ScriptedUserInterface user;
-    const ByteArray oldData = ReadWholeFile(JoinPath(*test::GameFolder(), "GAMEMAPS.WL1"));
-    const ByteArray oldHeader = ReadWholeFile(JoinPath(*test::GameFolder(), "MAPHEAD.WL1"));
-    ConfiguredGame().gameMapsFile = folder.Write("GAMEMAPS.WL1", oldData);
-    ConfiguredGame().mapHeaderFile = folder.Write("MAPHEAD.WL1", oldHeader);
-    ConfiguredGame().backupFolder = folder.File("backup");
+class RealMapSave : public test::RealGame {};
+
+TEST_F(RealMapSave, ChangesWhatItMustAlone) {
+    const ByteArray oldData = Original("GAMEMAPS.WL1"), oldHeader = Original("MAPHEAD.WL1");
     clsGameMaps maps;
     ASSERT_TRUE(maps.Initialize());
     ASSERT_TRUE(maps.SaveMapFile());
@@ -349,12 +306,12 @@ TEST(RealMapSave, ChangesWhatItMustAlone) {
             lower(data, record + 4 * plane);
     }
     data.erase(data.begin() + 8, data.begin() + 8 + kStray);
-    EXPECT_EQ(folder.Read("GAMEMAPS.WL1"), Joined({data, Ascii("!ID!")}));
-    EXPECT_EQ(folder.Read("MAPHEAD.WL1"), header);
+    EXPECT_EQ(folder_.Read("GAMEMAPS.WL1"), data + Ascii("!ID!"));
+    EXPECT_EQ(folder_.Read("MAPHEAD.WL1"), header);
 
     ASSERT_TRUE(maps.SetMapCode(9, 2, 0, 0, 1));
     ASSERT_TRUE(maps.SaveMapFile());
-    const ByteArray changed = folder.Read("GAMEMAPS.WL1");
+    const ByteArray changed = folder_.Read("GAMEMAPS.WL1");
     const auto ninth = static_cast<std::size_t>(ByteReader(ByteSpan(header).subspan(38)).I32());
     const std::int32_t lastPlane = ByteReader(ByteSpan(data).subspan(ninth + 8)).I32();
     EXPECT_TRUE(std::equal(changed.begin(), changed.begin() + lastPlane, data.begin()));

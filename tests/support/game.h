@@ -7,7 +7,12 @@
 
 namespace tessaro::test {
 
-class Game : public InFolder {
+inline void WriteFiles(const TempFolder& folder, const std::vector<sample::SampleFile>& files) {
+    for (const sample::SampleFile& file : files)
+        folder.Write(file.name, file.content);
+}
+
+class GameInFolder : public InFolder {
 protected:
     void TearDown() override {
         for (const ShownBox& box : ui_.boxes)
@@ -16,8 +21,7 @@ protected:
 
     /// Writes a game and opens it.
     void Open(const std::vector<sample::SampleFile>& files) {
-        for (const sample::SampleFile& file : files)
-            folder_.Write(file.name, file.content);
+        WriteFiles(folder_, files);
         Open();
     }
     /// Opens the game in the folder. Saves go over it.
@@ -33,7 +37,7 @@ protected:
 };
 
 /// Skipped where there is no real game.
-class RealGame : public Game {
+class RealGame : public GameInFolder {
 protected:
     void SetUp() override {
         TESSARO_NEEDS_GAME_DATA();

@@ -53,6 +53,13 @@ bool SaveEvents::EndedOnce(bool saved) const {
            seen.back() == (saved ? "SaveComplete True" : "SaveComplete False");
 }
 
+int SaveEvents::ErrorAt() const {
+    for (const std::string& event : seen)
+        if (event.starts_with("SaveError "))
+            return std::stoi(event.substr(10));
+    return -1;
+}
+
 std::vector<std::string> EventsOfASave(int items) {
     std::vector<std::string> events;
     for (int item = 1; item <= items; ++item)

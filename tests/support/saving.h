@@ -66,6 +66,8 @@ public:
 
     /// Whether the save has ended once, as its last event, with this result.
     bool EndedOnce(bool saved) const;
+    /// The number that SaveError has passed; -1 where it was not raised.
+    int ErrorAt() const;
 
     std::vector<std::string> seen;
 };

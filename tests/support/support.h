@@ -29,7 +29,7 @@ ByteArray Part(ByteSpan bytes, std::size_t from, std::size_t size = std::dynamic
 
 /// The number of the Failure that `body` throws; 0 where it throws none.
 template <class Body>
-std::int32_t FailureNumber(Body&& body) {
+std::int32_t FailureOf(Body&& body) {
     try {
         body();
         return 0;
