@@ -1,19 +1,11 @@
 #include "audio/audio_file.h"
 
-#include "huffman/huffman.h"
-#include "support/support.h"
+#include "audio/even_dictionary.h"
 
 namespace tessaro {
 namespace {
 
 using test::Hex;
-
-/// Every byte value has a code of 8 bits.
-HuffDictionary EvenDictionary() {
-    std::array<std::int32_t, 256> counts;
-    counts.fill(1);
-    return Huffmanize(counts);
-}
 
 struct StartCase {
     const char* name;
@@ -63,10 +55,10 @@ TEST(AudioFile, HeaderIsAListOfOffsets) {
 }
 
 TEST(AudioFile, CompressedChunks) {
-    const HuffDictionary dictionary = EvenDictionary();
+    const HuffDictionary dictionary = test::EvenDictionary();
     const ByteArray bytes = test::Ascii("a text");
     const ByteArray chunk = CompressAudioChunk(bytes, dictionary);
-    EXPECT_EQ(ByteArray(chunk.begin(), chunk.begin() + 4), Hex("06000000"));
+    EXPECT_EQ(test::Part(chunk, 0, 4), Hex("06000000"));
     EXPECT_EQ(ExpandAudioChunk(chunk, dictionary), bytes);
 
     // What would not survive the coded form is stored as it stands.

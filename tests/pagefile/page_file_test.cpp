@@ -83,12 +83,9 @@ TEST(ExtraFile, IsWholePagesThatEndWithListAndTable) {
     EXPECT_EQ(file[4999], 7);
     EXPECT_EQ(file[5000], 0);
     EXPECT_EQ(file[8192], 8);
-    const auto part = [&](std::size_t at, std::size_t size) {
-        return ByteArray(file.begin() + static_cast<std::ptrdiff_t>(at),
-                         file.begin() + static_cast<std::ptrdiff_t>(at + size));
-    };
-    EXPECT_EQ(part(3 * 4096, 12), Hex("0000 8813 0200 2C01 0000 0000"));
-    EXPECT_EQ(part(4 * 4096, 24), Hex("00000000 00100000 00200000 00300000  0010 8803 2C01 0800"));
+    EXPECT_EQ(test::Part(file, 3 * 4096, 12), Hex("0000 8813 0200 2C01 0000 0000"));
+    EXPECT_EQ(test::Part(file, 4 * 4096, 24),
+              Hex("00000000 00100000 00200000 00300000  0010 8803 2C01 0800"));
 }
 
 TEST(ExtraFile, SmallLengthsDoNotHideTheEndOfTheOffsets) {

@@ -91,12 +91,7 @@ TEST(SpriteChunk, NumbersThatDoNotFitFail) {
             image[i] = 1;
     // One wide solid area: the pool passes 32,767.
     for (const ByteArray& pixels : {image, ByteArray(256 * 256, 3)})
-        try {
-            CompileSprite(pixels, 256, vcNone);
-            FAIL();
-        } catch (const Failure& failure) {
-            EXPECT_EQ(failure.Number, kOverflow);
-        }
+        EXPECT_EQ(test::FailureOf([&] { CompileSprite(pixels, 256, vcNone); }), kOverflow);
     EXPECT_THROW(CompileSprite(kImage, 4, static_cast<enmVSWAPCompression>(3)), Failure);
 }
 

@@ -4,6 +4,7 @@
 namespace tessaro {
 namespace {
 
+using test::AllItems;
 using test::Hex;
 
 class VSwapExtra : public test::VSwapSave {
@@ -104,30 +105,39 @@ TEST_F(VSwapExtra, LongLengthsHoldLongSounds) {
     EXPECT_FALSE(set_.SaveVSwap(vcNone));
 }
 
-TEST_F(VSwapExtra, DamageAndFailuresLoseNeitherFile) {
-    OpenWithExtra(2, SoundListForm::Short);
-    set_.SetSoundData(3, Wav(9));
-    const auto before = std::pair(folder_.Read("VSWAP.TST"), folder_.Read("AUDIOMUS.TST"));
-    for (int n = 1; n < 200; ++n) {
-        bool saved = false;
-        {
-            const test::FailingFiles files(n);
-            saved = set_.SaveVSwap(vcNone);
-        }
-        if (saved)
-            break;
-        EXPECT_EQ(folder_.Read("VSWAP.TST"), before.first) << n;
-        EXPECT_EQ(folder_.Read("AUDIOMUS.TST"), before.second) << n;
-    }
-    EXPECT_EQ(Reread().back(), Wav(9));
+TEST_F(VSwapExtra, FailuresLoseNeitherFile) {
+    std::vector<ByteArray> old, items;
+    test::EachFailure(
+        15,
+        [&] {
+            folder_.RemoveFolder("backup");
+            OpenWithExtra(2, SoundListForm::Short);
+            old = {folder_.Read("VSWAP.TST"), folder_.Read("AUDIOMUS.TST")};
+            set_.SetChunkData(0, Bmp(64, 3));
+            set_.SetSoundData(3, Wav(8192));
+            items = AllItems(set_);
+        },
+        [&] { return set_.SaveVSwap(vcNone); },
+        [&](bool saved) {
+            if (!saved) {
+                EXPECT_EQ(folder_.Read("VSWAP.TST"), old[0]);
+                EXPECT_EQ(folder_.Read("AUDIOMUS.TST"), old[1]);
+                EXPECT_TRUE(set_.SaveVSwap(vcNone));
+            }
+            EXPECT_TRUE(Reread() == items);
+        });
+}
 
+TEST_F(VSwapExtra, DamagedFilesAreKept) {
+    OpenWithExtra(2, SoundListForm::Short);
+    const ByteArray pages = folder_.Read("VSWAP.TST"), extra = folder_.Read("AUDIOMUS.TST");
     for (const std::size_t size : std::initializer_list<std::size_t>{0, 100, 4095, 4096, 9000}) {
-        folder_.Write("VSWAP.TST", before.first);
-        folder_.Write("AUDIOMUS.TST", ByteSpan(before.second).first(size));
-        Open(before.first);
-        EXPECT_EQ(ui_.boxes.back().prompt, "Unable to load digital sounds") << size;
+        folder_.Write("VSWAP.TST", pages);
+        folder_.Write("AUDIOMUS.TST", ByteSpan(extra).first(size));
+        Open(pages);
+        EXPECT_EQ(ui_.LastPrompt(), "Unable to load digital sounds") << size;
         ASSERT_TRUE(set_.SaveVSwap(vcNone));
-        EXPECT_EQ(folder_.Read("VSWAP.TST"), before.first);
+        EXPECT_EQ(folder_.Read("VSWAP.TST"), pages);
         EXPECT_EQ(folder_.Read("AUDIOMUS.TST").size(), size);
     }
 }

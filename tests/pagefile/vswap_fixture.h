@@ -1,20 +1,36 @@
 // A small set of our own and the folders around it.
 #pragma once
 
-#include "foundation/store.h"
 #include "images/bmp_image.h"
 #include "images/wav_image.h"
 #include "pagefile/extra_sounds.h"
 #include "pagefile/page_file.h"
-#include "support/support.h"
+#include "support/saving.h"
 #include "tessaro/vswap.h"
 
 namespace tessaro::test {
 
-class VSwapFixture : public testing::Test {
+/// The three kinds of items as callers get them, one after the other.
+inline std::vector<ByteArray> AllItems(clsVSwap& set) {
+    std::vector<ByteArray> items;
+    ByteArray data;
+    std::int32_t length = 0;
+    const auto keep = [&](bool loaded) {
+        EXPECT_TRUE(loaded);
+        items.push_back(data);
+    };
+    for (std::int32_t i = 0; i < set.NumberOfWalls(); ++i)
+        keep(set.LoadWall(i, data));
+    for (std::int32_t i = 0; i < set.NumberOfSprites(); ++i)
+        keep(set.LoadSprite(i, data));
+    for (std::int32_t i = 0; i < set.NumberOfSounds(); ++i)
+        keep(set.LoadSound(i, data, length));
+    return items;
+}
+
+class VSwapFixture : public InFolder {
 protected:
     VSwapFixture() {
-        FreshStore(folder_.Path());
         Game& store = ConfiguredGame();
         store.dataPath = store.outputFolder = folder_.Path();
         store.dataExtension = store.extension = store.compileExtension = "TST";
@@ -64,34 +80,6 @@ protected:
         return modAddBMPHeader::AddBMPHeader(
             side, side, ByteArray(static_cast<std::size_t>(side * side), color), true);
     }
-
-    /// The three kinds of items as callers get them, one after the other.
-    static std::vector<ByteArray> AllItems(clsVSwap& set) {
-        std::vector<ByteArray> items;
-        ByteArray data;
-        std::int32_t length = 0;
-        const auto keep = [&](bool loaded) {
-            EXPECT_TRUE(loaded);
-            items.push_back(data);
-        };
-        for (std::int32_t i = 0; i < set.NumberOfWalls(); ++i)
-            keep(set.LoadWall(i, data));
-        for (std::int32_t i = 0; i < set.NumberOfSprites(); ++i)
-            keep(set.LoadSprite(i, data));
-        for (std::int32_t i = 0; i < set.NumberOfSounds(); ++i)
-            keep(set.LoadSound(i, data, length));
-        return items;
-    }
-
-    std::vector<std::string> Prompts() const {
-        std::vector<std::string> prompts;
-        for (const ShownBox& box : ui_.boxes)
-            prompts.push_back(box.title + "|" + box.prompt);
-        return prompts;
-    }
-
-    TempFolder folder_;
-    ScriptedUserInterface ui_;
 };
 
 /// The same, with what a save does recorded.
@@ -100,15 +88,7 @@ protected:
     void Open(const ByteArray& file) {
         folder_.Write("VSWAP.TST", file);
         ASSERT_TRUE(set_.Initialize());
-        set_.SaveStatus = [this](std::int32_t chunk, std::int32_t total) {
-            events_.push_back(std::to_string(chunk) + "/" + std::to_string(total));
-        };
-        set_.SaveError = [this](std::int32_t chunk, enmChunkType kind) {
-            events_.push_back("error " + std::to_string(kind) + ":" + std::to_string(chunk));
-        };
-        set_.SaveComplete = [this](bool success) {
-            events_.push_back(success ? "done" : "failed");
-        };
+        events_.Listen(set_);
     }
 
     std::vector<ByteArray> Reread() {
@@ -129,7 +109,7 @@ protected:
     }
 
     clsVSwap set_;
-    std::vector<std::string> events_;
+    SaveEvents events_;
 };
 
 }  // namespace tessaro::test

@@ -6,6 +6,7 @@
 namespace tessaro {
 namespace {
 
+using test::AllItems;
 using test::Hex;
 using test::VSwapSave;
 
@@ -13,8 +14,7 @@ TEST_F(VSwapSave, WritesEveryItemAndBacksUpTheOldFile) {
     const ByteArray old = SmallSet();
     Open(old);
     ASSERT_TRUE(set_.SaveVSwap(vcNone));
-    EXPECT_EQ(events_,
-              (std::vector<std::string>{"1/7", "2/7", "3/7", "4/7", "5/7", "6/7", "7/7", "done"}));
+    EXPECT_EQ(events_.seen, test::EventsOfASave(7));
     EXPECT_EQ(folder_.Read(JoinPath("backup", "VSWAP.TST.001")), old);
     ByteArray expected = old;
     // The compiler leaves out the byte behind the stored sprite: everything after moves up by one.
@@ -26,7 +26,7 @@ TEST_F(VSwapSave, WritesEveryItemAndBacksUpTheOldFile) {
     EXPECT_EQ(folder_.Read("VSWAP.TST"), expected);
     EXPECT_TRUE(ui_.boxes.empty());
 
-    events_.clear();
+    events_.seen.clear();
     ASSERT_TRUE(set_.SaveVSwap(vcOriginal));
     EXPECT_TRUE(folder_.Has(JoinPath("backup", "VSWAP.TST.002")));
 }
@@ -162,29 +162,29 @@ protected:
 
 TEST_F(VSwapRefuses, WhatDoesNotFitAndSaysWhy) {
     const Refused refusals[] = {
-        {"WallDepth", [](clsVSwap& set) { set.SetChunkData(1, Deep()); }, 1, "error 0:1",
+        {"WallDepth", [](clsVSwap& set) { set.SetChunkData(1, Deep()); }, 1, "SaveError 1 0",
          "1512|Error at wall chunk #1\r\n\r\nReason:\r\nBMP was not 256 colors.\r\n\r\n"
          "Solutions: \r\n1) Convert the BMP to 256 colors."},
-        {"WallSize", [](clsVSwap& set) { set.SetChunkData(0, Bmp(32, 1)); }, 0, "error 0:0",
+        {"WallSize", [](clsVSwap& set) { set.SetChunkData(0, Bmp(32, 1)); }, 0, "SaveError 0 0",
          "5|Error at wall chunk #0\r\n\r\nReason:\r\nThe BMP has 32 x 32 pixels. A wall has "
          "64 x 64 or 128 x 128.\r\n\r\nSolutions: \r\n1) Change the size of the BMP."},
-        {"SpriteDepth", [](clsVSwap& set) { set.SetChunkData(2, Deep()); }, 2, "error 1:0",
+        {"SpriteDepth", [](clsVSwap& set) { set.SetChunkData(2, Deep()); }, 2, "SaveError 0 1",
          "1513|Error at sprite chunk #0\r\n\r\nReason:\r\nBMP was not 256 colors.\r\n\r\n"
          "Solutions: \r\n1) Convert the BMP to 256 colors."},
-        {"SpriteSide", [](clsVSwap& set) { set.SetChunkData(3, Bmp(128, 1)); }, 3, "error 1:1",
+        {"SpriteSide", [](clsVSwap& set) { set.SetChunkData(3, Bmp(128, 1)); }, 3, "SaveError 1 1",
          "5|Error at sprite chunk #1\r\n\r\nReason:\r\nThe BMP has 128 x 128 pixels. The sprites "
          "of this set have 64 x 64, as its first wall.\r\n\r\nSolutions: \r\n"
          "1) Change the size of the BMP."},
-        {"SpriteTooBig", [](clsVSwap& set) { set.SetChunkData(3, Busy()); }, 3, "error 1:1",
+        {"SpriteTooBig", [](clsVSwap& set) { set.SetChunkData(3, Busy()); }, 3, "SaveError 1 1",
          "1514|Error at sprite chunk #1\r\n\r\nReason:\r\nCompressed sprite data too big (14596, "
          "MAX: 4096).\r\n\r\nSolutions: \r\n1) Reduce the amount of transparent areas.\r\n"
          "2) Reduce the sprite's size."},
         {"SoundFormat", [](clsVSwap& set) { set.SetSoundData(1, With(Wav(9), 22, 2)); }, 5,
-         "error 2:1",
+         "SaveError 1 2",
          "1515|Error at sound #1\r\n\r\nReason:\r\nThe WAV file's format is: 7042Hz 8-bit, "
          "Stereo.\r\nThe format needs to be: 7042Hz 8-bit, Mono.\r\n\r\nSolutions: \r\n"
          "1) Convert the WAV file to the proper format.\r\n2) Use a different WAV file."},
-        {"SoundTooBig", [](clsVSwap& set) { set.SetSoundData(2, Wav(65536)); }, 6, "error 2:2",
+        {"SoundTooBig", [](clsVSwap& set) { set.SetSoundData(2, Wav(65536)); }, 6, "SaveError 2 2",
          "1516|Error at sound #2\r\n\r\nReason:\r\nSound data too big (65536, MAX: 65535)."
          "\r\n\r\nSolutions: \r\n1) Shorten the sound.\r\n2) Use a different WAV file."}};
     for (const Refused& row : refusals) {
@@ -194,11 +194,11 @@ TEST_F(VSwapRefuses, WhatDoesNotFitAndSaysWhy) {
         row.edit(set_);
         const std::vector<ByteArray> items = AllItems(set_);
         ui_.boxes.clear();
-        events_.clear();
+        events_.seen.clear();
         EXPECT_FALSE(set_.SaveVSwap(vcNone));
-        ASSERT_EQ(events_.size(), row.itemsDone + 2);
-        EXPECT_EQ(events_[row.itemsDone], row.event);
-        EXPECT_EQ(events_.back(), "failed");
+        ASSERT_EQ(events_.seen.size(), row.itemsDone + 2);
+        EXPECT_EQ(events_.seen[row.itemsDone], row.event);
+        EXPECT_TRUE(events_.EndedOnce(false));
         EXPECT_EQ(Files(), before);
         ASSERT_EQ(ui_.boxes.size(), 1u);
         const std::string text = row.text;
@@ -216,7 +216,8 @@ TEST_F(VSwapRefuses, DamagedWallImagesUnderTheirOwnName) {
     ASSERT_EQ(ui_.boxes.size(), 2u);
     EXPECT_EQ(ui_.boxes[0].title, "clsVSwap.FixWallData Error");
     EXPECT_TRUE(ui_.boxes[1].prompt.starts_with("Error 1512 in clsVSWAP.SaveVSwap"));
-    EXPECT_EQ(events_, (std::vector<std::string>{"1/7", "error 0:1", "failed"}));
+    EXPECT_EQ(events_.seen,
+              (std::vector<std::string>{"SaveStatus 1 7", "SaveError 1 0", "SaveComplete False"}));
 }
 
 TEST_F(VSwapRefuses, SpritesAboveTheOutputPageAndNotThoseThatFillIt) {
@@ -238,42 +239,28 @@ TEST_F(VSwapRefuses, SpritesAboveTheOutputPageAndNotThoseThatFillIt) {
 }
 
 TEST_F(VSwapSave, AFailureAtAnyFileOperationLosesNothing) {
-    Open(SmallSet());
-    set_.SetChunkData(1, Bmp(64, 3));
-    const std::vector<ByteArray> items = AllItems(set_);
-    const ByteArray old = folder_.Read("VSWAP.TST");
-    for (int n = 1;; ++n) {
-        SCOPED_TRACE(n);
-        events_.clear();
-        bool saved = false;
-        bool failed = false;
-        {
-            const test::FailingFiles files(n);
-            saved = set_.SaveVSwap(vcNone);
-            failed = files.Failed();
-        }
-        if (!failed) {
-            EXPECT_TRUE(saved);
-            EXPECT_GT(n, 10);
-            break;
-        }
-        if (saved) {
-            // Only reading the new file again went wrong; that was reported.
-            EXPECT_EQ(events_.back(), "done");
-            ASSERT_TRUE(set_.Initialize());
-            EXPECT_TRUE(Reread() == items);
-            folder_.Write("VSWAP.TST", old);
+    std::vector<ByteArray> items;
+    const ByteArray old = SmallSet();
+    test::EachFailure(
+        12,
+        [&] {
+            folder_.RemoveFolder("backup");
             Open(old);
             set_.SetChunkData(1, Bmp(64, 3));
-            continue;
-        }
-        EXPECT_EQ(events_.back(), "failed");
-        EXPECT_EQ(std::count(events_.begin(), events_.end(), "done"), 0);
-        EXPECT_EQ(folder_.Read("VSWAP.TST"), old);
-        EXPECT_FALSE(folder_.Has("VSWAP.TST.new"));
-        EXPECT_TRUE(AllItems(set_) == items);
-    }
-    EXPECT_TRUE(Reread() == items);
+            items = AllItems(set_);
+            events_.seen.clear();
+        },
+        [&] { return set_.SaveVSwap(vcNone); },
+        [&](bool saved) {
+            EXPECT_TRUE(events_.EndedOnce(saved));
+            if (!saved) {
+                EXPECT_EQ(folder_.Read("VSWAP.TST"), old);
+                EXPECT_FALSE(folder_.Has("VSWAP.TST.new"));
+                EXPECT_TRUE(AllItems(set_) == items);
+                EXPECT_TRUE(set_.SaveVSwap(vcNone));
+            }
+            EXPECT_TRUE(Reread() == items);
+        });
 }
 
 TEST_F(VSwapSave, MissingSettingsFailBeforeAnythingMoves) {
@@ -282,10 +269,9 @@ TEST_F(VSwapSave, MissingSettingsFailBeforeAnythingMoves) {
     for (std::string Game::*setting :
          {&Game::outputFolder, &Game::compileExtension, &Game::backupFolder}) {
         const std::string value = std::exchange(ConfiguredGame().*setting, "");
-        events_.clear();
+        events_.seen.clear();
         EXPECT_FALSE(set_.SaveVSwap(vcNone));
-        ASSERT_FALSE(events_.empty());
-        EXPECT_EQ(events_.back(), "failed");
+        EXPECT_TRUE(events_.EndedOnce(false));
         ConfiguredGame().*setting = value;
     }
     ConfiguredGame().outputFolder = folder_.File("nowhere");
@@ -306,7 +292,7 @@ TEST_F(VSwapSave, HandlersCannotChangeWhatTheSaveReliesOn) {
     };
     const auto before = AllItems(set_);
     EXPECT_TRUE(set_.SaveVSwap(vcNone));
-    EXPECT_EQ(events_, std::vector<std::string>{"done"});
+    EXPECT_EQ(events_.seen, std::vector<std::string>{"SaveComplete True"});
     EXPECT_EQ(Reread(), before);
     set_.NumberOfWalls(5);
     EXPECT_EQ(set_.NumberOfWalls(), 5);
@@ -320,9 +306,9 @@ TEST_F(VSwapSave, HandlersThatThrowDoNotBreakASave) {
             throw std::runtime_error("no more");
     };
     EXPECT_FALSE(set_.SaveVSwap(vcNone));
-    EXPECT_EQ(events_, (std::vector<std::string>{"error 1:0", "failed"}));
+    EXPECT_EQ(events_.seen, (std::vector<std::string>{"SaveError 0 1", "SaveComplete False"}));
     EXPECT_EQ(Files(), before);
-    EXPECT_EQ(ui_.boxes.back().prompt,
+    EXPECT_EQ(ui_.LastPrompt(),
               "Error 0 in clsVSWAP.SaveVSwap: Error at sprite chunk #0\r\n\r\nReason:\r\nno more");
 }
 

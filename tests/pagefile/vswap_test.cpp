@@ -7,7 +7,10 @@ namespace {
 
 using test::Hex;
 
-class VSwap : public test::VSwapFixture {};
+class VSwap : public test::VSwapFixture {
+protected:
+    std::string LastBox() const { return ui_.boxes.back().title + "|" + ui_.LastPrompt(); }
+};
 
 const ByteArray kOneByte{0};
 
@@ -124,7 +127,7 @@ TEST_F(VSwap, SetsWithoutSoundsAndHiResSetsOpen) {
 TEST_F(VSwap, DamageIsReportedWhereItIs) {
     clsVSwap set;
     EXPECT_FALSE(set.Initialize());
-    EXPECT_EQ(Prompts().back(),
+    EXPECT_EQ(LastBox(),
               "clsVSwap.LoadSwapFile Error|Error 53 in clsVSwap.LoadSwapFile: File not found");
     const ByteArray whole = SmallSet();
     const std::size_t tables = PageTable::Size(9);
@@ -201,7 +204,7 @@ TEST_F(VSwap, CompressedSizes) {
     EXPECT_EQ(ui_.boxes.size(), 1u);
     EXPECT_GT(set.GetSpriteCompressedSize(Bmp(128, 1), vcGood), 0);
     EXPECT_EQ(set.GetSpriteCompressedSize(Bmp(132, 1), vcGood), -1);
-    EXPECT_EQ(Prompts().back(),
+    EXPECT_EQ(LastBox(),
               "clsVSwap.GetSpriteCompressedSize Error|Error 5 in clsVSwap.GetSpriteCompressedSize: "
               "The BMP has 132 x 132 pixels. A sprite has at most 128 x 128.");
 }
