@@ -14,7 +14,7 @@ namespace {
 
 using test::Ascii;
 using test::Hex;
-using test::Joined;
+using test::operator+;
 
 TEST(TypeByContent, FirstFitCounts) {
     struct Row {
@@ -26,10 +26,9 @@ TEST(TypeByContent, FirstFitCounts) {
              Row{"nothing", {}, vgMisc, vgMisc},
              Row{"packed", Ascii("JAMPx"), vgJAMP, vgJAMP},
              Row{"palette", ByteArray(768, 63), vgPalette, vgPalette},
-             Row{"768 bytes, one too bright", Joined({ByteArray(767), {64}}), vgMisc, vgMisc},
-             Row{"screen", Joined({Hex("FD00B8"), ByteArray(4005)}), vgEndScreen, vgEndScreen},
-             Row{"screen of another size", Joined({Hex("FD00B8"), ByteArray(4003)}), vgMisc,
-                 vgMisc},
+             Row{"768 bytes, one too bright", ByteArray(767) + ByteArray{64}, vgMisc, vgMisc},
+             Row{"screen", Hex("FD00B8") + ByteArray(4005), vgEndScreen, vgEndScreen},
+             Row{"screen of another size", Hex("FD00B8") + ByteArray(4003), vgMisc, vgMisc},
              Row{"bare screen", ByteArray(4000, 1), vgTrucEndScreen, vgTrucEndScreen},
              Row{"article", Ascii("^p"), vgEndArt, vgEndArt},
              Row{"demo with its length", Hex("02 0600 00 1122"), vgDemo, vgMisc},
@@ -129,7 +128,7 @@ TEST(Fonts, EveryLengthShortOfTheWholeFails) {
     high[1] = 0x40;  // 5 x 16386 pixels
     EXPECT_THROW(ReadFont(high, false), Failure);
     EXPECT_FALSE(LooksLikeFont(high, false));
-    EXPECT_FALSE(LooksLikeFont(Joined({whole, {0}}), false));
+    EXPECT_FALSE(LooksLikeFont(whole + ByteArray{0}, false));
 }
 
 TEST(AreaNames, LinesAndTheirLimit) {

@@ -10,7 +10,7 @@ namespace {
 
 using test::BuiltChunk;
 using test::Hex;
-using test::Joined;
+using test::operator+;
 using test::Noise;
 using test::PixelsOf;
 
@@ -122,10 +122,10 @@ TEST_F(EgaGraphics, SpritesComeWithTheirMaskAndEntry) {
 }
 
 TEST_F(EgaGraphics, TilesMakeSheets) {
-    graph.SetChunkData(7, Joined({ByteArray(32),
-                                  Hex("80000000 00000000 00000000 00000000"
-                                      "00000000 00000000 00000000 00000001"),
-                                  ByteArray(3328 - 64)}));
+    graph.SetChunkData(7, ByteArray(32) +
+                              Hex("80000000 00000000 00000000 00000000"
+                                  "00000000 00000000 00000000 00000001") +
+                              ByteArray(3328 - 64));
     ASSERT_TRUE(graph.LoadCompleteTile8(image, height, width));
     EXPECT_EQ(width, 64);
     EXPECT_EQ(height, 104);
@@ -138,8 +138,8 @@ TEST_F(EgaGraphics, TilesMakeSheets) {
     ASSERT_TRUE(graph.LoadTile8(1, image));  // 64 bytes a tile and 8 bits a pixel, as ever
     EXPECT_EQ(image.size(), 1078u + 64u);
 
-    graph.SetChunkData(8, Joined({ByteArray(40 * 3), Hex("FF00000000000000"), ByteArray(24),
-                                  Hex("00000000000000F0"), ByteArray(480 - 160)}));
+    graph.SetChunkData(8, ByteArray(40 * 3) + Hex("FF00000000000000") + ByteArray(24) +
+                              Hex("00000000000000F0") + ByteArray(480 - 160));
     ASSERT_TRUE(graph.LoadCompleteMaskTile8(image, mask, height, width));
     EXPECT_EQ(width, 24);
     EXPECT_EQ(height, 32);

@@ -2,57 +2,35 @@
 #include <gtest/gtest.h>
 #include <literal/huffman_literal.h>
 
-#include <cstdlib>
-
 #include "graphics/graphics_header.h"
 #include "huffman/dictionary.h"
 #include "huffman/huffman.h"
-#include "support/support.h"
-#include "tessaro/version.h"
+#include "support/game.h"
+#include "support/saving.h"
 #include "tessaro/vga_graph.h"
 
 namespace tessaro {
 namespace {
 
-using test::ScriptedUserInterface;
-using test::TempFolder;
-
 constexpr const char* kHeader = "VGAHEAD.WL1";
 constexpr const char* kData = "VGAGRAPH.WL1";
 constexpr const char* kDictionary = "VGADICT.WL1";
 
-/// A copy of the real set in a folder of its own, opened.
-class RealGraphics : public testing::Test {
+class RealGraphics : public test::RealGame {
 protected:
     void SetUp() override {
-        TESSARO_NEEDS_GAME_DATA();
-        test::FreshStore(folder.Path());
-        for (const std::string& name : ListFiles(*test::GameFolder(), "*.WL1"))
-            CopyFileTo(JoinPath(*test::GameFolder(), name), folder.File(name));
-        ASSERT_TRUE(version.LoadDataPath(folder.Path()));
-        version.AppPath(folder.Path());
-        version.OutputFolder(folder.Path());
-        version.BackupFolder(folder.File("backup"));
-        version.CompileExtension("WL1");
+        RealGame::SetUp();
+        if (IsSkipped())
+            return;
         ASSERT_TRUE(graph.InitializeGraphics());
     }
-    void TearDown() override {
-        for (const test::ShownBox& box : user.boxes)
-            ADD_FAILURE() << box.prompt;
-    }
 
-    ByteArray Original(const char* name) const {
-        return ReadWholeFile(JoinPath(*test::GameFolder(), name));
-    }
     ByteArray Expanded(std::int32_t chunk) {
         ByteArray data;
         EXPECT_TRUE(graph.LoadTessaro(chunk, data)) << chunk;
         return data;
     }
 
-    ScriptedUserInterface user;
-    TempFolder folder;
-    clsVersion version;
     clsVGAGraph graph;
 };
 
@@ -92,7 +70,7 @@ TEST_F(RealGraphics, DictionaryAndStreamsAreRebuilt) {
         for (const std::uint8_t byte : Expanded(chunk))
             ++counts[byte];
     ASSERT_TRUE(graph.BuildVGADICT(counts));
-    EXPECT_EQ(folder.Read(kDictionary), Original(kDictionary));
+    EXPECT_EQ(folder_.Read(kDictionary), Original(kDictionary));
 
     const HuffDictionary dictionary = ReadDictionary(Original(kDictionary));
     const ByteArray data = Original(kData);
@@ -108,28 +86,19 @@ TEST_F(RealGraphics, DictionaryAndStreamsAreRebuilt) {
         if (std::equal(stored.begin(), stored.end(), again.begin(), again.end()))
             continue;
         others.push_back(chunk);
-        ByteArray marked = again;
-        for (const char c : std::string("!ID!"))
-            marked.push_back(static_cast<std::uint8_t>(c));
-        EXPECT_EQ(ByteArray(stored.begin(), stored.end()), marked) << chunk;
+        EXPECT_EQ(test::Part(stored, 0), test::operator+(again, test::Ascii("!ID!"))) << chunk;
     }
     EXPECT_EQ(others, (std::vector<std::int32_t>{0, 2, 146}));
 }
 
 TEST_F(RealGraphics, SavedUntouchedItIsTheSame) {
-    int steps = 0;
-    std::vector<bool> completed;
-    graph.SaveStatus = [&](std::int32_t chunk, std::int32_t total) {
-        EXPECT_EQ(chunk, ++steps);
-        EXPECT_EQ(total, 156);
-    };
-    graph.SaveComplete = [&](bool success) { completed.push_back(success); };
+    test::SaveEvents events;
+    events.Listen(graph);
     ASSERT_TRUE(graph.SaveVGAGraph());
-    EXPECT_EQ(steps, 156);
-    EXPECT_EQ(completed, std::vector<bool>{true});
+    EXPECT_EQ(events.seen, test::EventsOfASave(156));
     for (const char* name : {kHeader, kData, kDictionary}) {
-        EXPECT_EQ(folder.Read(name), Original(name)) << name;
-        EXPECT_EQ(folder.Read("backup/" + std::string(name) + ".001"), Original(name)) << name;
+        EXPECT_EQ(folder_.Read(name), Original(name)) << name;
+        EXPECT_EQ(folder_.Read("backup/" + std::string(name) + ".001"), Original(name)) << name;
     }
 }
 
@@ -143,9 +112,9 @@ TEST_F(RealGraphics, AReplacedPictureChangesItsChunkAlone) {
     ASSERT_TRUE(graph.SaveVGAGraph());
 
     const auto before = ReadGraphicsHeader(Original(kHeader), 3, false);
-    const auto after = ReadGraphicsHeader(folder.Read(kHeader), 3, false);
+    const auto after = ReadGraphicsHeader(folder_.Read(kHeader), 3, false);
     const ByteArray oldData = Original(kData);
-    const ByteArray newData = folder.Read(kData);
+    const ByteArray newData = folder_.Read(kData);
     ASSERT_EQ(after.size(), before.size());
     const auto shift =
         static_cast<std::int64_t>(newData.size()) - static_cast<std::int64_t>(oldData.size());

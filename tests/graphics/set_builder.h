@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "foundation/store.h"
 #include "graphics/graphics_header.h"
 #include "huffman/dictionary.h"
 #include "huffman/huffman.h"
@@ -31,13 +30,6 @@ inline ByteArray Noise(std::size_t size, unsigned seed = 1) {
     return bytes;
 }
 
-inline ByteArray Joined(std::initializer_list<ByteArray> parts) {
-    ByteArray all;
-    for (const ByteArray& part : parts)
-        all.insert(all.end(), part.begin(), part.end());
-    return all;
-}
-
 /// A font chunk with the one character 'A' of 5 x 2, its pixel bytes at 770.
 inline ByteArray FontChunk(const ByteArray& pixels) {
     ByteArray font(770);
@@ -45,7 +37,7 @@ inline ByteArray FontChunk(const ByteArray& pixels) {
     font[2 + 2 * 'A'] = 0x02;
     font[3 + 2 * 'A'] = 0x03;
     font[514 + 'A'] = 5;
-    return Joined({font, pixels});
+    return font + pixels;
 }
 
 /// A set in a fresh folder, configured and ready to be opened; saves go to the same files.
@@ -97,8 +89,7 @@ public:
 
 /// The pixel rows of a BMP image as they are stored: the bottom row first, padded.
 inline ByteArray PixelsOf(const ByteArray& image) {
-    const std::size_t offset = image.at(10) + image.at(11) * std::size_t{256};
-    return {image.begin() + static_cast<std::ptrdiff_t>(offset), image.end()};
+    return Part(image, image.at(10) + image.at(11) * std::size_t{256});
 }
 
 }  // namespace tessaro::test

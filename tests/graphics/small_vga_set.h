@@ -4,16 +4,17 @@
 #include <gtest/gtest.h>
 
 #include "graphics/set_builder.h"
+#include "support/saving.h"
 #include "tessaro/vga_graph.h"
 
 namespace tessaro::test {
 
 inline ByteArray EndScreen() {
-    return Joined({Hex("FD00B80000A00F"), Noise(4000), Hex("1A")});
+    return Hex("FD00B80000A00F") + Noise(4000) + Hex("1A");
 }
 
 inline ByteArray DemoBytes(std::uint8_t level) {
-    return Joined({{level, 10, 0, 0}, Hex("010203 040506")});
+    return ByteArray{level, 10, 0, 0} + Hex("010203 040506");
 }
 
 inline std::vector<BuiltChunk> VgaChunks() {
@@ -38,25 +39,18 @@ inline std::vector<BuiltChunk> VgaChunks() {
 struct OpenSet {
     explicit OpenSet(const std::vector<BuiltChunk>& chunks = VgaChunks()) : set(chunks, false) {
         EXPECT_TRUE(graph.InitializeGraphics());
-        graph.SaveStatus = [this](std::int32_t, std::int32_t) { ++steps; };
-        graph.SaveError = [this](std::int32_t chunk, const std::string& text) {
-            errors.push_back(std::to_string(chunk) + ": " + text);
-        };
-        graph.SaveComplete = [this](bool success) { completed.push_back(success); };
+        events.Listen(graph);
     }
     ByteArray Load(std::int32_t chunk) {
         ByteArray data;
         EXPECT_TRUE(graph.LoadTessaro(chunk, data)) << chunk;
         return data;
     }
-    std::string LastBox() const { return user.boxes.empty() ? "" : user.boxes.back().prompt; }
 
     SetFolder set;
     ScriptedUserInterface user;
     clsVGAGraph graph;
-    int steps = 0;
-    std::vector<std::string> errors;
-    std::vector<bool> completed;
+    SaveEvents events;
 };
 
 }  // namespace tessaro::test

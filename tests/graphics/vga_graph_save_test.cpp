@@ -19,8 +19,7 @@ TEST(VgaGraph, SavingKeepsWhatNobodyReplaced) {
     ASSERT_TRUE(open.graph.SaveVGAGraph());
     EXPECT_EQ(open.set.folder.Read("VGAHEAD.TST"), header);
     EXPECT_EQ(open.set.folder.Read("VGAGRAPH.TST"), data);
-    EXPECT_EQ(open.steps, 14);
-    EXPECT_EQ(open.completed, std::vector<bool>{true});
+    EXPECT_EQ(open.events.seen, test::EventsOfASave(14));
 
     open.graph.SetChunkData(8, Hex("AABBCCDD"));  // sparse no longer
     open.graph.SetChunkData(11, Hex("55"));       // shorter than what a chunk usually holds
@@ -63,7 +62,7 @@ TEST(VgaGraph, ASaveKeepsItsHandlersFromChangingTheSet) {
         EXPECT_EQ(open.user.boxes.size(), 6u);
     };
     EXPECT_TRUE(open.graph.SaveVGAGraph());
-    EXPECT_EQ(open.completed, std::vector<bool>{true});
+    EXPECT_TRUE(open.events.EndedOnce(true));
     EXPECT_EQ(open.set.folder.Read("VGAGRAPH.TST"), data);
     open.graph.NumberOfChunks(3);
     EXPECT_EQ(open.graph.NumberOfChunks(), 3);
@@ -99,10 +98,11 @@ TEST(VgaGraph, AnotherDictionaryMeansCompressingAgain) {
 
     // A value without a code would be lost silently.
     store.compileDictionary[0] = store.compileDictionary[1];
+    open.events.seen.clear();
     EXPECT_FALSE(open.graph.SaveVGAGraph());
-    EXPECT_EQ(open.completed, (std::vector<bool>{true, false}));
-    ASSERT_EQ(open.errors.size(), 1u);
-    EXPECT_NE(open.errors[0].find("no code"), std::string::npos) << open.errors[0];
+    EXPECT_TRUE(open.events.EndedOnce(false));
+    ASSERT_GE(open.events.ErrorAt(), 0);
+    EXPECT_NE(open.events.seen.at(open.events.seen.size() - 2).find("no code"), std::string::npos);
 }
 
 TEST(VgaGraph, ASaveThatIsNotPermittedDoesNothing) {
@@ -110,8 +110,8 @@ TEST(VgaGraph, ASaveThatIsNotPermittedDoesNothing) {
     const auto before = ListFiles(open.set.folder.Path(), "*");
     ConfiguredGame().canCompileVGAGraph = false;
     EXPECT_FALSE(open.graph.SaveVGAGraph());
-    EXPECT_EQ(open.completed, std::vector<bool>{false});
-    EXPECT_NE(open.LastBox().find("cannot be saved"), std::string::npos);
+    EXPECT_EQ(open.events.seen, std::vector<std::string>{"SaveComplete False"});
+    EXPECT_NE(open.user.LastPrompt().find("cannot be saved"), std::string::npos);
     ConfiguredGame().canCompileVGAGraph = true;
     ConfiguredGame().outputFolder.clear();
     EXPECT_FALSE(open.graph.SaveVGAGraph());
@@ -120,38 +120,38 @@ TEST(VgaGraph, ASaveThatIsNotPermittedDoesNothing) {
 }
 
 // Whichever file operation fails, the old files are there and the edit is kept for the next save.
-TEST(VgaGraph, FaultLadder) {
-    for (int failAt = 1;; ++failAt) {
-        SCOPED_TRACE(failAt);
-        ASSERT_LT(failAt, 200);
-        OpenSet open;
-        open.graph.SetChunkData(11, Hex("0102030405"));
-        std::vector<ByteArray> before;
+TEST(VgaGraph, AFailureAtAnyFileOperationLosesNothing) {
+    std::optional<OpenSet> open;
+    const auto files = [&] {
+        std::vector<ByteArray> read;
         for (const char* name : {"VGAHEAD.TST", "VGAGRAPH.TST", "VGADICT.TST"})
-            before.push_back(open.set.folder.Read(name));
-        bool saved = false;
-        {
-            const test::FailingFiles failing(failAt);
-            saved = open.graph.SaveVGAGraph();
-            if (!failing.Failed()) {
-                EXPECT_TRUE(saved);
-                break;
+            read.push_back(open->set.folder.Read(name));
+        return read;
+    };
+    std::vector<ByteArray> before;
+    test::EachFailure(
+        20,
+        [&] {
+            open.reset();
+            open.emplace();
+            open->graph.SetChunkData(11, Hex("0102030405"));
+            before = files();
+        },
+        [&] { return open->graph.SaveVGAGraph(); },
+        [&](bool saved) {
+            EXPECT_TRUE(open->events.EndedOnce(saved));
+            if (!saved) {
+                EXPECT_LT(open->events.ErrorAt(), 14) << "there is no such chunk";
+                EXPECT_EQ(files(), before);
+                EXPECT_EQ(open->Load(6), EndScreen());
+                EXPECT_TRUE(open->graph.SaveVGAGraph());
             }
-        }
-        EXPECT_EQ(open.completed, std::vector<bool>{saved});
-        if (!saved) {
-            std::size_t i = 0;
-            for (const char* name : {"VGAHEAD.TST", "VGAGRAPH.TST", "VGADICT.TST"})
-                EXPECT_EQ(open.set.folder.Read(name), before[i++]) << name;
-            EXPECT_EQ(open.Load(6), EndScreen());
-            EXPECT_TRUE(open.graph.SaveVGAGraph());
-        }
-        clsVGAGraph again;
-        ASSERT_TRUE(again.InitializeGraphics());
-        ByteArray bytes;
-        ASSERT_TRUE(again.LoadTessaro(11, bytes));
-        EXPECT_EQ(bytes, Hex("0102030405"));
-    }
+            clsVGAGraph again;
+            ASSERT_TRUE(again.InitializeGraphics());
+            ByteArray bytes;
+            ASSERT_TRUE(again.LoadTessaro(11, bytes));
+            EXPECT_EQ(bytes, Hex("0102030405"));
+        });
 }
 
 TEST(VgaGraph, DictionariesOfTheHost) {

@@ -8,7 +8,7 @@ namespace {
 
 using test::BuiltChunk;
 using test::Hex;
-using test::Joined;
+using test::operator+;
 using test::Noise;
 using test::OpenSet;
 using test::PixelsOf;
@@ -66,7 +66,8 @@ TEST(VgaGraph, WhatCannotBeServedIsReported) {
         row.call();
         ASSERT_FALSE(open.user.boxes.empty());
         EXPECT_EQ(open.user.boxes.back().title, row.title);
-        EXPECT_NE(open.LastBox().find(row.text), std::string::npos) << open.LastBox();
+        EXPECT_NE(open.user.LastPrompt().find(row.text), std::string::npos)
+            << open.user.LastPrompt();
     }
     EXPECT_EQ(colors, std::vector<std::int32_t>(256));
     EXPECT_EQ(height, 1);
@@ -103,7 +104,7 @@ TEST(VgaGraph, PicturesTilesAndPalettes) {
     std::vector<std::int32_t> colors;
     ASSERT_TRUE(open.graph.LoadWolfPalette(7, colors));
     EXPECT_EQ(colors, std::vector<std::int32_t>(256, 16579836));
-    open.graph.SetChunkData(7, Joined({Hex("40 00 80"), ByteArray(765)}));
+    open.graph.SetChunkData(7, Hex("40 00 80") + ByteArray(765));
     ASSERT_TRUE(open.graph.LoadWolfPalette(7, colors));
     EXPECT_EQ(colors[0], 0x02000100);  // what is above 63 spills over
     ASSERT_TRUE(open.graph.LoadWolfPicture(2, image, height, width, true));
@@ -132,11 +133,11 @@ TEST(VgaGraph, ImagesReplacePictures) {
     ASSERT_TRUE(open.graph.LoadTile8(0, small));
     EXPECT_TRUE(open.user.boxes.empty());
     open.graph.SetChunkData(5, small);
-    EXPECT_NE(open.LastBox().find("The image must be 40 x 56 pixels."), std::string::npos);
+    EXPECT_NE(open.user.LastPrompt().find("The image must be 40 x 56 pixels."), std::string::npos);
     ByteArray odd = image;
     odd[18] = 6;
     open.graph.SetChunkData(2, odd);
-    EXPECT_NE(open.LastBox().find("must be a multiple of 4"), std::string::npos);
+    EXPECT_NE(open.user.LastPrompt().find("must be a multiple of 4"), std::string::npos);
     EXPECT_EQ(open.Load(2), Hex("0102 0304 0506 0708"));
     open.graph.SetChunkData(11, image);
     EXPECT_EQ(open.Load(11), image);
@@ -175,10 +176,10 @@ TEST(VgaGraph, AFailedOpeningLeavesNoSet) {
         open.set.folder.Write("VGAHEAD.TST", row.header);
         open.set.folder.Write("VGAGRAPH.TST", row.data);
         EXPECT_FALSE(open.graph.InitializeGraphics());
-        EXPECT_EQ(open.LastBox().find(row.text), 0u) << open.LastBox();
+        EXPECT_EQ(open.user.LastPrompt().find(row.text), 0u) << open.user.LastPrompt();
         EXPECT_EQ(open.graph.NumberOfChunks(), 0);
         EXPECT_FALSE(open.graph.SaveVGAGraph());
-        EXPECT_NE(open.LastBox().find("No graphics are loaded."), std::string::npos);
+        EXPECT_NE(open.user.LastPrompt().find("No graphics are loaded."), std::string::npos);
         EXPECT_EQ(open.set.folder.Read("VGAGRAPH.TST"), row.data);
     }
 }
@@ -263,7 +264,7 @@ TEST(VgaGraph, ExecutablesTellTheGame) {
 
 TEST(VgaGraph, A98GraphSet) {
     std::vector<BuiltChunk> chunks;
-    chunks.push_back({Joined({Hex("08000000 0800 0200 0400 0400")}), false, false, true});
+    chunks.push_back({Hex("08000000 0800 0200 0400 0400"), false, false, true});
     chunks.push_back({test::FontChunk(Hex("0F000F000F 000F0F0000"))});
     chunks.push_back({test::FontChunk(Hex("0F000F000F 000F0F0000"))});
     for (unsigned i = 3; i <= 12; ++i)
@@ -284,8 +285,7 @@ TEST(VgaGraph, A98GraphSet) {
     ByteArray bytes;
     ASSERT_TRUE(graph.LoadTessaro(0, bytes));
     EXPECT_EQ(bytes.size(), 572u);
-    EXPECT_EQ(ByteArray(bytes.begin() + 4 * 135, bytes.begin() + 4 * 137),
-              Hex("08001000 18002000"));
+    EXPECT_EQ(test::Part(bytes, 4 * 135, 8), Hex("08001000 18002000"));
     ASSERT_TRUE(graph.LoadTessaro(12, bytes));
     EXPECT_EQ(bytes, Noise(16, 12));
     ASSERT_TRUE(graph.LoadTessaro(13, bytes));
