@@ -16,11 +16,6 @@ std::string Quoted(const std::string& text) {
     return quoted + "'";
 }
 
-std::string TextOf(const TempFolder& folder, const std::string& name) {
-    const ByteArray bytes = folder.Read(name);
-    return {bytes.begin(), bytes.end()};
-}
-
 }  // namespace
 
 Ran Tessaro(const std::vector<std::string>& arguments, const std::string& state) {
@@ -32,8 +27,8 @@ Ran Tessaro(const std::vector<std::string>& arguments, const std::string& state)
         line += " " + Quoted(argument);
     line += " </dev/null >" + Quoted(streams.File("out")) + " 2>" + Quoted(streams.File("err"));
     const int status = std::system(line.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, TextOf(streams, "out"),
-            TextOf(streams, "err")};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, TextOf(streams.Read("out")),
+            TextOf(streams.Read("err"))};
 }
 
 SampleGame::SampleGame(bool ega) {

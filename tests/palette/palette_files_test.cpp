@@ -9,18 +9,15 @@
 namespace tessaro {
 namespace {
 
-using test::Ascii;
 using test::Hex;
+using test::Part;
+using test::TextOf;
 
 /// Every value from 0 to 255, three times.
 ByteArray Ramp() {
     ByteArray palette(kPaletteSize);
     std::iota(palette.begin(), palette.end(), std::uint8_t{0});
     return palette;
-}
-
-std::string Text(const ByteArray& bytes) {
-    return {bytes.begin(), bytes.end()};
 }
 
 ByteArray SixBits(ByteArray palette) {
@@ -33,7 +30,7 @@ TEST(PaletteFiles, ObjectFileHoldsEightFixedRecordsAroundTheColors) {
     const PaletteBytes palette = BuiltInPalette("WL6");
     const ByteArray file = WritePaletteFile(ptGAMEPAL, palette);
     ASSERT_EQ(file.size(), 893u);
-    EXPECT_EQ(ByteArray(file.begin(), file.begin() + 119),
+    EXPECT_EQ(Part(file, 0, 119),
               Hex("80 0E00 0C 47414D4550414C2E42494E20 00"
                   "88 0F00 0000 4D616B654F424A207631 2E31 EA"
                   "96 2800 06 4447524F5550 05 5F44415441 04 44415441 00 05 5F54455854 04 434F4445"
@@ -42,9 +39,9 @@ TEST(PaletteFiles, ObjectFileHoldsEightFixedRecordsAroundTheColors) {
                   "9A 0400 01 FF 01 61"
                   "90 0F00 01 01 08 5F67616D6570616C 0000 00 FF"
                   "A0 0403 01 0000"));
-    EXPECT_EQ(ByteArray(file.begin() + 119, file.begin() + 128), Hex("00 00 00 00 00 2A 00 2A 00"));
+    EXPECT_EQ(Part(file, 119, 9), Hex("00 00 00 00 00 2A 00 2A 00"));
     // Colour 255, the games' transparent one, is a purple.
-    EXPECT_EQ(ByteArray(file.end() - 9, file.end()), Hex("26 00 22 E6 8A 02 00 00 74"));
+    EXPECT_EQ(Part(file, file.size() - 9), Hex("26 00 22 E6 8A 02 00 00 74"));
 
     const ByteArray other = WritePaletteFile(ptGAMEPAL, Ramp());
     ASSERT_EQ(other.size(), 893u);
@@ -56,9 +53,9 @@ TEST(PaletteFiles, ObjectFileHoldsEightFixedRecordsAroundTheColors) {
 TEST(PaletteFiles, RiffPaletteIsFourBytesLongerThanItsColors) {
     const ByteArray file = WritePaletteFile(ptJASC8, Ramp());
     ASSERT_EQ(file.size(), 1052u);
-    EXPECT_EQ(ByteArray(file.begin(), file.begin() + 32),
+    EXPECT_EQ(Part(file, 0, 32),
               Hex("52494646 14040000 50414C20 64617461 08040000 0003 0001 00010200 03040500"));
-    EXPECT_EQ(ByteArray(file.end() - 8, file.end()), Hex("FD FE FF 00 00 00 00 00"));
+    EXPECT_EQ(Part(file, file.size() - 8), Hex("FD FE FF 00 00 00 00 00"));
     EXPECT_EQ(ReadPaletteFile(ptJASC8, file), Ramp());
     for (std::size_t size = 0; size < 1048; ++size)
         EXPECT_THROW(ReadPaletteFile(ptJASC8, ByteSpan(file).first(size)), Failure) << size;
@@ -68,14 +65,14 @@ TEST(PaletteFiles, RiffPaletteIsFourBytesLongerThanItsColors) {
 }
 
 TEST(PaletteFiles, TextForms) {
-    const std::string jasc = Text(WritePaletteFile(ptJASC3, Ramp()));
+    const std::string jasc = TextOf(WritePaletteFile(ptJASC3, Ramp()));
     EXPECT_TRUE(jasc.starts_with("JASC-PAL\r\n0100\r\n256\r\n0 1 2\r\n3 4 5\r\n"));
     EXPECT_TRUE(jasc.ends_with("\r\n250 251 252\r\n253 254 255\r\n"));
 
     ByteArray palette(kPaletteSize, 0);
     palette[0] = 255;
     palette[4] = 40;
-    const std::string array = Text(WritePaletteFile(ptWolf4GW, palette));
+    const std::string array = TextOf(WritePaletteFile(ptWolf4GW, palette));
     EXPECT_TRUE(
         array.starts_with("unsigned char gamepal[768]={\r\n"
                           " 63,  0,  0,  0, 10,  0,  0,  0,  0,  0,  0,  0,  0,  0,  0,\r\n"
@@ -83,7 +80,7 @@ TEST(PaletteFiles, TextForms) {
     EXPECT_TRUE(array.ends_with(",\r\n  0,  0,  0};\r\n"));
     EXPECT_EQ(array.size(), 30u + 768 * 4 - 1 + 51 * 2 + 4);
 
-    const std::string list = Text(WritePaletteFile(ptWolf4SDL, palette));
+    const std::string list = TextOf(WritePaletteFile(ptWolf4SDL, palette));
     EXPECT_TRUE(
         list.starts_with("RGB( 63,  0,  0),RGB(  0, 10,  0),RGB(  0,  0,  0),"
                          "RGB(  0,  0,  0),RGB(  0,  0,  0),\r\nRGB("));
@@ -116,9 +113,9 @@ TEST(PaletteFiles, TextOfOtherProgramsIsReadByItsNumbers) {
 }
 
 TEST(PaletteFiles, TextThatDoesNotParse) {
-    const std::string jasc = Text(WriteJascPalette(Ramp()));
-    const std::string array = Text(WriteSourceArray(Ramp()));
-    const std::string list = Text(WriteRgbList(Ramp()));
+    const std::string jasc = TextOf(WriteJascPalette(Ramp()));
+    const std::string array = TextOf(WriteSourceArray(Ramp()));
+    const std::string list = TextOf(WriteRgbList(Ramp()));
     const auto with = [](std::string text, std::string_view old, std::string_view replacement) {
         return text.replace(text.find(old), old.size(), replacement);
     };
@@ -141,13 +138,13 @@ TEST(BuiltInPalettes, SpearOfDestinyDiffersInTwoColors) {
     const PaletteBytes standard = BuiltInPalette("WL1");
     for (const char* extension : {"SOD", "SDM"}) {
         const PaletteBytes spear = BuiltInPalette(extension);
-        EXPECT_EQ(ByteArray(spear.begin() + 498, spear.begin() + 504), Hex("00 38 00 00 28 00"));
+        EXPECT_EQ(Part(spear, 498, 6), Hex("00 38 00 00 28 00"));
         EXPECT_TRUE(std::equal(spear.begin(), spear.begin() + 498, standard.begin()));
         EXPECT_TRUE(std::equal(spear.begin() + 504, spear.end(), standard.begin() + 504));
     }
-    EXPECT_EQ(ByteArray(standard.begin() + 498, standard.begin() + 504), Hex("B4 20 FC A8 00 FC"));
+    EXPECT_EQ(Part(standard, 498, 6), Hex("B4 20 FC A8 00 FC"));
     // The 16 colours of the older display adapters come first.
-    EXPECT_EQ(ByteArray(standard.begin(), standard.begin() + 48),
+    EXPECT_EQ(Part(standard, 0, 48),
               Hex("000000 0000A8 00A800 00A8A8 A80000 A800A8 A85400 A8A8A8"
                   "545454 5454FC 54FC54 54FCFC FC5454 FC54FC FCFC54 FCFCFC"));
 }

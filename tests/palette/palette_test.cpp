@@ -1,6 +1,5 @@
 #include "tessaro/palette.h"
 
-#include "foundation/store.h"
 #include "palette/palette_files.h"
 #include "support/support.h"
 #include "tessaro/version.h"
@@ -11,17 +10,13 @@ namespace {
 using test::Ascii;
 using test::Hex;
 
-class Palette : public testing::Test {
+class Palette : public test::InFolder {
 protected:
-    void SetUp() override { test::FreshStore(folder.Path()); }
-
     std::string WriteFile(const std::string& name, enmSupportedPaletteTypes type,
                           std::uint8_t value) {
-        return folder.Write(name, WritePaletteFile(type, ByteArray(kPaletteSize, value)));
+        return folder_.Write(name, WritePaletteFile(type, ByteArray(kPaletteSize, value)));
     }
 
-    test::TempFolder folder;
-    test::ScriptedUserInterface user;
     clsPalette palette;
 };
 
@@ -43,7 +38,7 @@ TEST_F(Palette, LoadsWhatTheNameOrTheFirstBytesSay) {
         EXPECT_EQ(palette.Color(255), value * 0x010101);
         value = static_cast<std::uint8_t>(value + 4);
     }
-    EXPECT_TRUE(user.boxes.empty());
+    EXPECT_TRUE(ui_.boxes.empty());
 }
 
 struct RefusalCase {
@@ -66,18 +61,18 @@ TEST_F(Palette, RefusedFilesShowTheirBoxAndChangeNothing) {
            "clsPalette.LoadPaletteDataFromFile Error"}}},
     };
     for (const RefusalCase& row : cases) {
-        user.boxes.clear();
-        palette.LoadPalette(folder.Write(row.file, Ascii(row.content)));
-        ASSERT_EQ(user.boxes.size(), row.boxes.size()) << row.file;
+        ui_.boxes.clear();
+        palette.LoadPalette(folder_.Write(row.file, Ascii(row.content)));
+        ASSERT_EQ(ui_.boxes.size(), row.boxes.size()) << row.file;
         for (std::size_t i = 0; i < row.boxes.size(); ++i) {
-            EXPECT_EQ(user.boxes[i].prompt, row.boxes[i].first);
-            EXPECT_EQ(user.boxes[i].title, row.boxes[i].second);
+            EXPECT_EQ(ui_.boxes[i].prompt, row.boxes[i].first);
+            EXPECT_EQ(ui_.boxes[i].title, row.boxes[i].second);
         }
     }
-    user.boxes.clear();
-    palette.LoadPalette(folder.File("none.pal"));
-    ASSERT_EQ(user.boxes.size(), 1u);
-    EXPECT_EQ(user.boxes[0].prompt,
+    ui_.boxes.clear();
+    palette.LoadPalette(folder_.File("none.pal"));
+    ASSERT_EQ(ui_.boxes.size(), 1u);
+    EXPECT_EQ(ui_.boxes[0].prompt,
               "Error 53 in clsPalette.LoadPaletteDataFromFile: File not found");
     EXPECT_EQ(palette.Color(1), before);
     EXPECT_EQ(palette.PaletteFile(), "");
@@ -97,11 +92,11 @@ TEST_F(Palette, ColorsAreRedInTheLowByte) {
 
     palette.JASCPalette("JASC-PAL\r\n0100\r\n1\r\n9 8 7\r\n");
     EXPECT_EQ(palette.Color(0), 0x070809);
-    EXPECT_TRUE(user.boxes.empty());
+    EXPECT_TRUE(ui_.boxes.empty());
     palette.JASCPalette("JASC");
     EXPECT_EQ(palette.Color(256), 0);
     palette.Color(-1, 5);
-    EXPECT_EQ(user.boxes.size(), 3u);
+    EXPECT_EQ(ui_.boxes.size(), 3u);
     EXPECT_EQ(palette.Color(0), 0x070809);
 }
 
@@ -116,7 +111,7 @@ TEST_F(Palette, CreatesFilesOrKeepsTheOutput) {
     EXPECT_FALSE(palette.CreatePaletteFileData(ptUnknown, ByteArray(kPaletteSize), out));
     EXPECT_FALSE(palette.CreatePaletteFileData(ptJASC8, ByteArray(3), out));
     EXPECT_EQ(out, Hex("01"));
-    EXPECT_EQ(user.boxes.size(), 2u);
+    EXPECT_EQ(ui_.boxes.size(), 2u);
     EXPECT_TRUE(palette.CreatePaletteFileData(ptGAMEPAL, ByteArray(kPaletteSize), out));
     EXPECT_EQ(out.size(), 893u);
 }

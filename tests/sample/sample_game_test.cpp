@@ -1,12 +1,11 @@
 #include <algorithm>
 #include <map>
 
-#include "foundation/store.h"
 #include "images/bmp_image.h"
 #include "sample/art.h"
 #include "sample/maps.h"
 #include "sample/sounds.h"
-#include "support/sample_game.h"
+#include "support/game.h"
 #include "tessaro/tessaro.h"
 
 namespace tessaro {
@@ -14,24 +13,8 @@ namespace {
 
 using modAddBMPHeader::RemoveBMPHeader;
 
-class SampleGame : public testing::Test {
+class SampleGame : public test::GameInFolder {
 protected:
-    void SetUp() override { test::FreshStore(folder.Path()); }
-    void TearDown() override {
-        for (const test::ShownBox& box : user.boxes)
-            ADD_FAILURE() << box.prompt;
-        test::FreshStore("");
-    }
-
-    void Open(const std::vector<sample::SampleFile>& files) {
-        test::WriteFiles(folder, files);
-        version.AppPath(folder.Path());
-        ASSERT_TRUE(version.LoadDataPath(folder.Path()));
-        version.OutputFolder(folder.Path());
-        version.BackupFolder(folder.File("backup"));
-        version.CompileExtension(version.Extension());
-    }
-
     void CheckMaps() {
         clsGameMaps maps;
         ASSERT_TRUE(maps.Initialize());
@@ -81,10 +64,6 @@ protected:
             ++kinds[graphics.ChunkDataType(chunk)];
         return kinds;
     }
-
-    test::TempFolder folder;
-    test::ScriptedUserInterface user;
-    clsVersion version;
 };
 
 TEST_F(SampleGame, IsTheSameOnEveryRun) {
@@ -98,9 +77,9 @@ TEST_F(SampleGame, IsTheSameOnEveryRun) {
 
 TEST_F(SampleGame, MapsAndAudio) {
     Open(sample::MakeSampleGame());
-    EXPECT_EQ(version.Extension(), sample::kVgaExtension);
-    EXPECT_FALSE(version.EGAGraphics());
-    EXPECT_FALSE(version.MapsAreVersion10());
+    EXPECT_EQ(version_.Extension(), sample::kVgaExtension);
+    EXPECT_FALSE(version_.EGAGraphics());
+    EXPECT_FALSE(version_.MapsAreVersion10());
     CheckMaps();
     CheckAudio();
 }
@@ -169,9 +148,9 @@ TEST_F(SampleGame, Graphics) {
 
 TEST_F(SampleGame, SixteenColors) {
     Open(sample::MakeEgaSampleGame());
-    EXPECT_EQ(version.Extension(), sample::kEgaExtension);
-    EXPECT_TRUE(version.EGAGraphics());
-    EXPECT_TRUE(version.MapsAreVersion10());
+    EXPECT_EQ(version_.Extension(), sample::kEgaExtension);
+    EXPECT_TRUE(version_.EGAGraphics());
+    EXPECT_TRUE(version_.MapsAreVersion10());
     CheckMaps();
     CheckAudio();
 
