@@ -1,9 +1,8 @@
 // The containers over a whole game: the component beside the library itself.
-#include <memory>
-
+#include "support/game.h"
 #include "automation/component_host.h"
 #include "automation/windows_visitor.h"
-#include "support/sample_game.h"
+#include "support/saving.h"
 #include "tessaro/tessaro.h"
 
 namespace tessaro {
@@ -17,59 +16,41 @@ using test::Ref;
 using test::Text;
 using test::Var;
 
-/// What both are asked to read: the same files, in a folder for each.
-class ComponentGame : public testing::Test {
+/// The library's game and a copy of its own for the component, with the same settings.
+class ComponentGame : public test::GameInFolder {
 protected:
     void Open(const std::vector<sample::SampleFile>& files) {
-        test::FreshStore(folder.Path());
-        direct = std::make_unique<clsVersion>();  // its creation loads the default palette
-        direct->AppPath(folder.Path());
-        test::WriteFiles(folder, files);
+        GameInFolder::Open(files);
         test::WriteFiles(own, files);
-        ASSERT_TRUE(direct->LoadDataPath(folder.Path()));
-        direct->OutputFolder(folder.Path());
-        direct->BackupFolder(folder.File("backup"));
-        direct->CompileExtension(direct->Extension());
         version = Create<IVersion>(L"Tessaro.clsVersion");
         ASSERT_EQ(version->LoadDataPath(Text(own.Path()), &done), S_OK);
         ASSERT_EQ(done, VARIANT_TRUE);
         version->put_AppPath(Text(own.Path()));
         version->put_OutputFolder(Text(own.Path()));
         version->put_BackupFolder(Text(own.File("backup")));
-        version->put_CompileExtension(Text(direct->Extension()));
+        version->put_CompileExtension(Text(version_.Extension()));
     }
     void ExpectSameFile(const std::string& name) {
-        EXPECT_EQ(own.Read(name), folder.Read(name)) << name;
+        EXPECT_EQ(own.Read(name), folder_.Read(name)) << name;
     }
 
-    test::TempFolder folder, own;
+    test::TempFolder own;
     test::ComponentScope component;
-    std::unique_ptr<clsVersion> direct;
     Ref<IVersion> version;
     VARIANT_BOOL done = VARIANT_FALSE;
 };
 
-TEST_F(ComponentGame, MapsAreReadEditedExportedAndSavedAlike) {
-    Open(sample::MakeSampleGame());
-    clsGameMaps expected;
-    ASSERT_TRUE(expected.Initialize());
-    Ref<IGameMaps> maps = Create<IGameMaps>(L"Tessaro.clsGameMaps");
-    ASSERT_EQ(maps->Initialize(&done), S_OK);
-    LONG count = 0;
-    maps->get_NumberOfMaps(&count);
-    ASSERT_EQ(count, expected.NumberOfMaps());
-    for (LONG map = 0; map < count; ++map) {
-        typMapPlane planes;
-        std::int32_t width = 0, height = 0;
-        ASSERT_TRUE(expected.LoadMap(map, planes, width, height));
-        Var out;
-        LONG outWidth = 0, outHeight = 0;
-        Text name;
-        ASSERT_EQ(maps->LoadMap(map, &out, &outWidth, &outHeight, &done), S_OK);
-        ASSERT_EQ(maps->get_MapName(map, name.Out()), S_OK);
-        EXPECT_EQ(name.Ascii(), expected.MapName(map));
-        EXPECT_EQ(outWidth, width);
-        EXPECT_EQ(outHeight, height);
+/// The sample game's maps, opened by both.
+class ComponentMaps : public ComponentGame {
+protected:
+    void SetUp() override {
+        Open(sample::MakeSampleGame());
+        ASSERT_TRUE(expected.Initialize());
+        maps = Create<IGameMaps>(L"Tessaro.clsGameMaps");
+        ASSERT_EQ(maps->Initialize(&done), S_OK);
+    }
+    /// The component's planes are the library's.
+    static void ExpectSamePlanes(const Var& out, const typMapPlane& planes) {
         ASSERT_EQ(out.vt, VT_ARRAY | VT_VARIANT);
         ASSERT_EQ(out.parray->rgsabound[0].cElements, planes.Plane.size());
         for (std::size_t plane = 0; plane < planes.Plane.size(); ++plane)
@@ -77,17 +58,43 @@ TEST_F(ComponentGame, MapsAreReadEditedExportedAndSavedAlike) {
                       planes.Plane[plane].Grid);
     }
 
+    clsGameMaps expected;
+    Ref<IGameMaps> maps;
+    typMapPlane planes;
+    std::int32_t width = 0, height = 0;
+    Var outPlanes;
+    LONG outWidth = 0, outHeight = 0;
+    Text outName;
+};
+
+TEST_F(ComponentMaps, AreReadAlike) {
+    LONG count = 0;
+    maps->get_NumberOfMaps(&count);
+    ASSERT_EQ(count, expected.NumberOfMaps());
+    for (LONG map = 0; map < count; ++map) {
+        ASSERT_TRUE(expected.LoadMap(map, planes, width, height));
+        Text name;
+        ASSERT_EQ(maps->LoadMap(map, &outPlanes, &outWidth, &outHeight, &done), S_OK);
+        ASSERT_EQ(maps->get_MapName(map, name.Out()), S_OK);
+        EXPECT_EQ(name.Ascii(), expected.MapName(map));
+        EXPECT_EQ(outWidth, width);
+        EXPECT_EQ(outHeight, height);
+        ExpectSamePlanes(outPlanes, planes);
+    }
+}
+
+TEST_F(ComponentMaps, AreExportedAndImportedAlike) {
     Var list;
     list.parray = SafeArrayCreateVector(VT_I4, 0, 2);
     list.vt = VT_ARRAY | VT_I4;
     static_cast<LONG*>(list.parray->pvData)[1] = 2;
-    EXPECT_TRUE(expected.ExportMultiMap({0, 2}, folder.File("TWO.MAP"), true));
+    EXPECT_TRUE(expected.ExportMultiMap({0, 2}, folder_.File("TWO.MAP"), true));
     maps->ExportMultiMap(list, Text(own.File("TWO.MAP")), VARIANT_TRUE, &done);
     EXPECT_EQ(done, VARIANT_TRUE);
     ExpectSameFile("TWO.MAP");
     auto type = mftKZRMapFile;
     auto comType = ::mftFloEditMapFile;  // an existing file keeps its own type
-    EXPECT_TRUE(expected.ExportMap(1, folder.File("TWO.MAP"), true, type));
+    EXPECT_TRUE(expected.ExportMap(1, folder_.File("TWO.MAP"), true, type));
     maps->ExportMap(1, Text(own.File("TWO.MAP")), VARIANT_TRUE, &comType, &done);
     EXPECT_EQ(static_cast<int>(comType), static_cast<int>(type));
     ExpectSameFile("TWO.MAP");
@@ -95,21 +102,17 @@ TEST_F(ComponentGame, MapsAreReadEditedExportedAndSavedAlike) {
     LONG clipboard = 0;
     maps->ImportMapsForClipboard(Text(own.File("TWO.MAP")), &clipboard);
     EXPECT_EQ(clipboard, 1);
-    Var planes;
-    Text name(std::string("before"));
-    LONG width = 0, height = 0;
-    maps->GetClipboardMap(0, &planes, &width, &height, name.Out());
-    EXPECT_EQ(expected.ImportMapsForClipboard(folder.File("TWO.MAP")), 1);
-    typMapPlane expectedPlanes;
-    std::int32_t expectedWidth = 0, expectedHeight = 0;
-    std::string expectedName;
-    expected.GetClipboardMap(0, expectedPlanes, expectedWidth, expectedHeight, expectedName);
-    EXPECT_EQ(name.Ascii(), expectedName);
-    EXPECT_EQ(width, expectedWidth);
-    EXPECT_EQ(height, expectedHeight);
-    EXPECT_EQ(NumbersOf(static_cast<const VARIANT*>(planes.parray->pvData)[1]),
-              expectedPlanes.Plane.at(1).Grid);
+    maps->GetClipboardMap(0, &outPlanes, &outWidth, &outHeight, outName.Out());
+    EXPECT_EQ(expected.ImportMapsForClipboard(folder_.File("TWO.MAP")), 1);
+    std::string name;
+    expected.GetClipboardMap(0, planes, width, height, name);
+    EXPECT_EQ(outName.Ascii(), name);
+    EXPECT_EQ(outWidth, width);
+    EXPECT_EQ(outHeight, height);
+    ExpectSamePlanes(outPlanes, planes);
+}
 
+TEST_F(ComponentMaps, AreEditedAndSavedAlike) {
     EXPECT_TRUE(expected.SetMapCode(1, 1, 3, 4, 77));
     maps->SetMapCode(1, 1, 3, 4, 77, &done);
     expected.MapName(2, "Renamed");
@@ -118,8 +121,7 @@ TEST_F(ComponentGame, MapsAreReadEditedExportedAndSavedAlike) {
     test::RecordingSink sink(__uuidof(ISaveEvents));
     const test::Connection connection(maps.Get(), sink, __uuidof(ISaveEvents));
     ASSERT_EQ(maps->SaveMapFile(&done), S_OK);
-    EXPECT_EQ(sink.seen, (std::vector<std::string>{"SaveStatus 1 3", "SaveStatus 2 3",
-                                                   "SaveStatus 3 3", "SaveComplete True"}));
+    EXPECT_EQ(sink.seen, test::EventsOfASave(3));
     ExpectSameFile("MAPHEAD.LKP");
     ExpectSameFile("GAMEMAPS.LKP");
 }
@@ -283,10 +285,7 @@ TEST_F(ComponentGame, ASpriteOfThe16ColourGameComesWithItsRecord) {
     EXPECT_EQ(mine.Shifts, head.Shifts);
 }
 
-TEST_F(ComponentGame, TheFormAndItsBoxesBelongToTheHostsWindow) {
-    Open(sample::MakeSampleGame());
-    Ref<IGameMaps> maps = Create<IGameMaps>(L"Tessaro.clsGameMaps");
-    ASSERT_EQ(maps->Initialize(&done), S_OK);
+TEST_F(ComponentMaps, TheirFormAndItsBoxesBelongToTheHostsWindow) {
     const HWND host = CreateWindowW(L"STATIC", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 200,
                                     100, nullptr, nullptr, nullptr, nullptr);
     const HWND child = CreateWindowW(L"STATIC", L"", WS_CHILD | WS_VISIBLE, 0, 0, 50, 50, host,
@@ -320,18 +319,11 @@ TEST_F(ComponentGame, TheFormAndItsBoxesBelongToTheHostsWindow) {
     EXPECT_EQ(formOwner, host);
     EXPECT_FALSE(enabled);
     EXPECT_EQ(boxOwner, form);
-    const ByteArray file = own.Read("MAP.IPH");
-    EXPECT_EQ(std::string(file.begin() + 49, file.begin() + 60), "Of the host");
+    EXPECT_EQ(test::Part(own.Read("MAP.IPH"), 49, 11), test::Ascii("Of the host"));
 }
 
-TEST_F(ComponentGame, NamedAndTypedArgumentsFindTheirPlaces) {
-    Open(sample::MakeSampleGame());
-    Ref<IGameMaps> maps = Create<IGameMaps>(L"Tessaro.clsGameMaps");
-    ASSERT_EQ(maps->Initialize(&done), S_OK);
-    Var planes;
-    LONG width = 0, height = 0;
-    ASSERT_EQ(maps->LoadMap(1, &planes, &width, &height, &done), S_OK);
-
+TEST_F(ComponentMaps, NamedAndTypedArgumentsFindTheirPlaces) {
+    ASSERT_EQ(maps->LoadMap(1, &outPlanes, &outWidth, &outHeight, &done), S_OK);
     std::wstring words[] = {L"LoadMap", L"Height", L"MapNum", L"Width", L"MapDataPlanes"};
     LPOLESTR names[5];
     for (int i = 0; i < 5; ++i)
@@ -355,8 +347,8 @@ TEST_F(ComponentGame, NamedAndTypedArgumentsFindTheirPlaces) {
     };
     ASSERT_EQ(call(nullptr), S_OK);
     EXPECT_EQ(result.boolVal, VARIANT_TRUE);
-    EXPECT_EQ(doubleHeight, height);
-    EXPECT_EQ(shortWidth, width);
+    EXPECT_EQ(doubleHeight, outHeight);
+    EXPECT_EQ(shortWidth, outWidth);
     EXPECT_EQ(grid.vt, VT_ARRAY | VT_VARIANT);
 
     Var text;
@@ -365,7 +357,7 @@ TEST_F(ComponentGame, NamedAndTypedArgumentsFindTheirPlaces) {
     arguments[2].vt = VT_BYREF | VT_BSTR;
     arguments[2].pbstrVal = &text.bstrVal;
     ASSERT_EQ(call(nullptr), S_OK);
-    EXPECT_EQ(std::stoi(std::wstring(text.bstrVal)), width);
+    EXPECT_EQ(std::stoi(std::wstring(text.bstrVal)), outWidth);
     SysReAllocString(&text.bstrVal, L"wide");
     UINT bad = 9;
     EXPECT_EQ(call(&bad), DISP_E_TYPEMISMATCH);

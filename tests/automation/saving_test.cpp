@@ -3,6 +3,7 @@
 
 #include "automation/component_fixture.h"
 #include "automation/windows_visitor.h"
+#include "support/saving.h"
 #include "tessaro/audio_t.h"
 
 namespace tessaro {
@@ -54,13 +55,8 @@ protected:
 TEST_F(ComponentAudio, SavesWhatTheLibrarySavesAndRaisesItsEvents) {
     clsAudioT direct;
     ASSERT_TRUE(direct.InitializeMusic());
-    std::vector<std::string> expected;
-    direct.SaveStatus = [&](std::int32_t chunk, std::int32_t total) {
-        expected.push_back("SaveStatus " + std::to_string(chunk) + " " + std::to_string(total));
-    };
-    direct.SaveComplete = [&](bool success) {
-        expected.push_back(success ? "SaveComplete True" : "SaveComplete False");
-    };
+    test::SaveEvents expected;
+    expected.Listen(direct);
 
     for (LONG chunk = 0; chunk < direct.NumberOfChunks(); ++chunk) {
         ByteArray bytes;
@@ -82,15 +78,14 @@ TEST_F(ComponentAudio, SavesWhatTheLibrarySavesAndRaisesItsEvents) {
         ASSERT_EQ(audio->SaveAudioT(&done), S_OK);
     }
     EXPECT_EQ(done, VARIANT_TRUE);
-    EXPECT_EQ(sink.seen, expected);
-    ASSERT_FALSE(expected.empty());
-    EXPECT_EQ(expected.back(), "SaveComplete True");
+    EXPECT_EQ(sink.seen, expected.seen);
+    EXPECT_TRUE(expected.EndedOnce(true));
     for (const char* file : {"AUDIOHED.TST", "AUDIOT.TST"})
         EXPECT_EQ(folder.Read(std::string("component\\") + file),
                   folder.Read(std::string("direct\\") + file));
 
     ASSERT_EQ(audio->SaveAudioT(&done), S_OK);
-    EXPECT_EQ(sink.seen, expected) << "disconnected";
+    EXPECT_EQ(sink.seen, expected.seen) << "disconnected";
 }
 
 TEST_F(ComponentAudio, EventsAreEnumeratedAndConnectedByTheirInterface) {

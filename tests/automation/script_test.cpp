@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "automation/component_host.h"
-#include "support/sample_game.h"
+#include "support/game.h"
 #include "tessaro/tessaro.h"
 
 namespace tessaro {
