@@ -10,6 +10,8 @@
 
 namespace tessaro {
 
+/// The failure of a list that does not tell where the music starts.
+inline constexpr std::int32_t kStartMusicNotFound = 20170330;
 /// The offset of a chunk that has no place in the data file.
 inline constexpr std::int32_t kSparseAudioOffset = -1;
 

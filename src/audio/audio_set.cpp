@@ -12,7 +12,6 @@
 namespace tessaro {
 namespace {
 
-constexpr std::int32_t kStartMusicNotFound = 20170330;
 constexpr const char* kStartMusicText = "Could not determine starting music chunk.";
 /// What a list of offsets takes for a placeholder.
 constexpr std::size_t kPlaceholder = 4;
@@ -41,6 +40,12 @@ AudioSet AudioSet::Open(const Game& game, const Files& files) {
         set.openedOffsets_ = set.offsets.size();
     });
     set.data = DataFile::Read(files, game.audioDataFile);
+    set.dataBegin_ = set.dataEnd_ = set.data.Size();
+    for (const std::int32_t offset : set.offsets)
+        if (offset >= 0)
+            set.dataBegin_ = std::min<std::int64_t>(set.dataBegin_, offset);
+    if (set.offsets.back() != kSparseAudioOffset)
+        set.dataEnd_ = std::min<std::int64_t>(set.dataEnd_, *std::ranges::max_element(set.offsets));
     return set;
 }
 
@@ -114,21 +119,13 @@ std::vector<NewFile> AudioSet::Write(const std::string& headerPath, const std::s
     if (keepsLayout) {
         layout = ExchangeInPlace(offsets, data.Bytes(), coded);
     } else {
-        // What lies before the first chunk or behind the last is no chunk's, and is kept.
-        std::int64_t begin = data.Size(), end = data.Size();
-        for (const std::int32_t offset : offsets)
-            if (offset >= 0)
-                begin = std::min<std::int64_t>(begin, offset);
-        if (offsets.back() != kSparseAudioOffset)
-            end = std::min<std::int64_t>(end, *std::ranges::max_element(offsets));
-        layout = LayInARow(pieces, FindStep(offsets), data.At(0, begin),
-                           data.At(end, data.Size() - end));
+        layout = LayInARow(pieces, FindStep(offsets), data.At(0, dataBegin_),
+                           data.At(dataEnd_, data.Size() - dataEnd_));
     }
     return {{headerPath, WriteAudioHeader(layout.offsets)}, {dataPath, std::move(layout.data)}};
 }
 
-/// The list of the new offsets would be taken for another set: says which chunk is to blame.
-void AudioSet::RefuseCounts(const AudioSet& reread) const {
+void AudioSet::RefuseCounts() const {
     const auto sizeWas = [&](std::int32_t chunk) {
         return IsStored(chunk) && !IsSparse(chunk) ? static_cast<std::size_t>(RangeOf(chunk).size)
                                                    : 0;
@@ -145,16 +142,15 @@ void AudioSet::RefuseCounts(const AudioSet& reread) const {
                                      : " (a placeholder that got data)");
         break;
     }
-    throw Failure(0, blame + " would make the games find the music elsewhere: " +
-                         std::to_string(reread.startMusic) + " instead of " +
-                         std::to_string(startMusic) +
-                         " chunks before it. Give effects and songs more than 4 bytes and leave "
-                         "placeholders empty.");
+    throw Failure(0, blame +
+                         " would make the games look for the music elsewhere. Give effects "
+                         "and songs more than 4 bytes, leave placeholders empty, and keep at "
+                         "least two songs.");
 }
 
 void AudioSet::RequireSame(const AudioSet& reread) const {
     if (reread.startMusic != startMusic || reread.count != count)
-        RefuseCounts(reread);
+        RefuseCounts();
     for (std::int32_t chunk = 0; chunk < count; ++chunk) {
         const auto edit = replaced.find(chunk);
         bool same = false;
@@ -181,6 +177,8 @@ void AudioSet::Adopt(AudioSet&& reread) {
     data = std::move(reread.data);
     offsets = std::move(reread.offsets);
     openedOffsets_ = reread.openedOffsets_;
+    dataBegin_ = reread.dataBegin_;
+    dataEnd_ = reread.dataEnd_;
 }
 
 }  // namespace tessaro

@@ -35,6 +35,8 @@ struct AudioSet {
                                const Progress& progress) const;
     /// Whether `reread` serves what this set was asked to write. Throws naming the chunk.
     void RequireSame(const AudioSet& reread) const;
+    /// Says which chunk is to blame for a list that would be taken for another set.
+    [[noreturn]] void RefuseCounts() const;
     /// Takes over the files just written; edits stay.
     void Adopt(AudioSet&& reread);
 
@@ -60,9 +62,11 @@ private:
     /// A replaced chunk as the data file will hold it.
     ByteArray Coded(const ByteArray& bytes) const;
     bool KeepsLayout() const;
-    [[noreturn]] void RefuseCounts(const AudioSet& reread) const;
 
-    std::size_t openedOffsets_ = 0;  ///< how many there were when the set was opened
+    // As the set was opened.
+    std::size_t openedOffsets_ = 0;
+    /// Where the chunks begin and end in the data file: what lies outside is no chunk's.
+    std::int64_t dataBegin_ = 0, dataEnd_ = 0;
 };
 
 }  // namespace tessaro

@@ -59,7 +59,13 @@ public:
     }
 
     void Prove(const Files& files) override {
-        reread_ = AudioSet::Open(AtStart(), files);
+        try {
+            reread_ = AudioSet::Open(AtStart(), files);
+        } catch (const Failure& failure) {
+            if (failure.Number == kStartMusicNotFound)
+                self_.set.RefuseCounts();
+            throw;
+        }
         self_.set.RequireSame(reread_);
     }
 

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <random>
 
+#include "support/hooked_files.h"
+
 namespace tessaro::test {
 
 ByteArray Hex(std::string_view text) {
@@ -115,8 +117,11 @@ std::optional<std::string> GameFolder(const std::string& name) {
 }
 
 void FreshStore(const std::string& appPath) {
-    SharedStore() = Store{};
-    SharedStore().appPath = appPath;
+    static const auto files = std::make_shared<HookedFiles>();
+    Store& store = SharedStore();
+    store = Store{};
+    store.files = store.game->files = files;
+    store.appPath = appPath;
 }
 
 }  // namespace tessaro::test
