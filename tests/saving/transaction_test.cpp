@@ -190,6 +190,22 @@ TEST_F(Transactions, ExportsReplaceAFileOrMakeIt) {
     }
 }
 
+TEST_F(Transactions, CarryNamesOfAnyLengthAndScript) {
+    const std::string name = "карта ☃ " + std::string(200, 'x');
+    SavePlan plan = Plan();
+    plan.files.push_back({folder_.File(name), Ascii("long")});
+    ASSERT_EQ(FailureOf(plan).Number, 0);
+    plan.files.back().content = Ascii("longer");
+    plan.read.clear();
+    ASSERT_EQ(FailureOf(plan).Number, 0);
+    EXPECT_EQ(files_->Read(folder_.File(name)), Ascii("longer"));
+    EXPECT_EQ(files_->Read(folder_.File(InBackups(name + ".002"))), Ascii("long"))
+        << "the number that is free for all three";
+    EXPECT_EQ(files_->Kind(folder_.File(name))->realPath.substr(folder_.Path().size() + 1), name);
+    files_->Remove(folder_.File(name));
+    files_->Remove(folder_.File(InBackups(name + ".002")));
+}
+
 #ifndef _WIN32
 TEST_F(Transactions, ReplaceWhatLinksLeadTo) {
     folder_.MakeFolder("elsewhere");
