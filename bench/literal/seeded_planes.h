@@ -45,6 +45,21 @@ public:
         return Each(count,
                     [&](std::size_t i) { return word = i % length == 0 ? Value(values) : word; });
     }
+    /// Equal words between numbers that never come again: matches are many and all as long.
+    Bytes Separated(std::size_t count, std::size_t length) {
+        return Each(count, [&](std::size_t i) {
+            return i % (length + 1) < length ? 0 : static_cast<int>(i / (length + 1) % 65'535 + 1);
+        });
+    }
+    /// One tile again and again, with a word changed here and there.
+    Bytes Tiled(std::size_t count, std::size_t size, std::size_t wordsPerChange) {
+        std::vector<int> tile(size);
+        for (int& word : tile)
+            word = Value(20);
+        return Each(count, [&](std::size_t i) {
+            return Below(wordsPerChange) == 0 ? Value(400) : tile[i % size];
+        });
+    }
     Bytes Extremes(std::size_t count) {
         constexpr int kWords[] = {0x0000, 0xFFFF, 0x8000, 0x7FFF};
         return Each(count, [&](std::size_t) { return kWords[Below(4)]; });
@@ -69,7 +84,7 @@ public:
     Bytes Any(std::size_t most) {
         const std::size_t count = 1 + Below(most);
         constexpr int kValues[] = {2, 3, 4, 16, 400};
-        switch (Below(7)) {
+        switch (Below(9)) {
             case 0:
                 return Equal(count);
             case 1:
@@ -82,6 +97,10 @@ public:
                 return Extremes(count);
             case 5:
                 return Mixed(8 + Below(17));
+            case 6:
+                return Separated(count, 1 + Below(20));
+            case 7:
+                return Tiled(count, 1 + Below(100), 2 + Below(100));
             default:
                 return Random(count, kValues[Below(5)]);
         }

@@ -1,3 +1,4 @@
+// Its plain form: bench/literal/maps_literal.h, which the tests hold it against.
 #include <algorithm>
 #include <cstring>
 
@@ -22,10 +23,9 @@ void CopyWords(std::uint8_t* target, const std::uint8_t* from, std::size_t count
 
 /// The part of an expansion that is far from both ends and has only short copies of what is there
 /// already: bytes up to `outEnd` are still to be written, so that whole blocks may spill over.
-void ExpandRoomy(CarmackTags tags, const std::uint8_t*& inPlace, const std::uint8_t* inEnd,
-                 const std::uint8_t* first, std::uint8_t*& outPlace, const std::uint8_t* outEnd) {
-    const std::uint8_t* in = inPlace;
-    std::uint8_t* out = outPlace;
+Cursor ExpandRoomy(CarmackTags tags, Cursor from, const std::uint8_t* inEnd,
+                   const std::uint8_t* first, const std::uint8_t* outEnd) {
+    auto [in, out] = from;
     while (inEnd - in >= kLongestCode && outEnd - out >= kStepRoom) {
         const std::size_t count = in[0];
         const std::uint8_t tag = in[1];
@@ -38,11 +38,11 @@ void ExpandRoomy(CarmackTags tags, const std::uint8_t*& inPlace, const std::uint
             out += count * kWordBytes;
             in += 3;
         } else if (tag == tags.farTag) {
-            const std::size_t from = WordAt(in + 2) * kWordBytes;
+            const std::size_t source = WordAt(in + 2) * kWordBytes;
             if (count - 1 >= kBlockWords ||
-                from + count * kWordBytes > static_cast<std::size_t>(out - first))
+                source + count * kWordBytes > static_cast<std::size_t>(out - first))
                 break;
-            CopyBlock(out, first + from);
+            CopyBlock(out, first + source);
             out += count * kWordBytes;
             in += 4;
         } else {
@@ -51,8 +51,7 @@ void ExpandRoomy(CarmackTags tags, const std::uint8_t*& inPlace, const std::uint
             out += kWordBytes;
         }
     }
-    inPlace = in;
-    outPlace = out;
+    return {in, out};
 }
 
 }  // namespace
@@ -70,10 +69,9 @@ void CarmackExpand(ByteSpan codes, std::span<std::uint8_t> destination, std::int
     if (length % 2 != 0 && words % 2 != 0)
         ++words;
 
-    const std::uint8_t* in = codes.data();
-    const std::uint8_t* const inEnd = in + codes.size();
+    const std::uint8_t* const inEnd = codes.data() + codes.size();
     std::uint8_t* const first = destination.data();
-    std::uint8_t* out = first;
+    Cursor cursor{codes.data(), first};
     const std::size_t room = destination.size() / kWordBytes;
     std::uint8_t* const promisedEnd = first + std::min(words, room) * kWordBytes;
     const auto need = [](bool holds) {
@@ -82,7 +80,8 @@ void CarmackExpand(ByteSpan codes, std::span<std::uint8_t> destination, std::int
     };
 
     for (;;) {
-        ExpandRoomy(tags, in, inEnd, first, out, promisedEnd);
+        cursor = ExpandRoomy(tags, cursor, inEnd, first, promisedEnd);
+        auto& [in, out] = cursor;
         const auto at = static_cast<std::size_t>(out - first) / kWordBytes;
         if (at >= words)
             return;

@@ -1,3 +1,4 @@
+// Its plain form: bench/literal/maps_literal.h, which the tests hold it against.
 #include "maps/rlew.h"
 
 #include <algorithm>
@@ -35,11 +36,10 @@ void FillRun(std::uint8_t* target, std::size_t count, const std::uint8_t* word) 
 
 /// The part of an expansion that is far from both ends and need not look at every word: bytes up
 /// to `outEnd` are still to be written, so that whole blocks may spill over.
-void ExpandRoomy(std::uint16_t tag, const std::uint8_t*& inPlace, const std::uint8_t* inEnd,
-                 std::uint8_t*& outPlace, const std::uint8_t* outEnd) {
+Cursor ExpandRoomy(std::uint16_t tag, Cursor from, const std::uint8_t* inEnd,
+                   const std::uint8_t* outEnd) {
     const WordQuad tags = InEachLane(tag);
-    const std::uint8_t* in = inPlace;
-    std::uint8_t* out = outPlace;
+    auto [in, out] = from;
     while (inEnd - in >= kStepSource && outEnd - out >= kStepRoom) {
         if (WordAt(in) != tag) {
             const WordQuad words = QuadAt(in);
@@ -67,11 +67,10 @@ void ExpandRoomy(std::uint16_t tag, const std::uint8_t*& inPlace, const std::uin
         in += kRunBytes;
         out += bytes;
     }
-    inPlace = in;
-    outPlace = out;
+    return {in, out};
 }
 
-/// The number of words from the front of `count` on that are equal.
+/// The number of words from the front of `count` on that are equal, at least one.
 std::size_t RunLength(const std::uint8_t* words, std::size_t count) {
     const std::uint16_t first = WordAt(words);
     const WordQuad quad = InEachLane(first);
@@ -85,6 +84,32 @@ std::size_t RunLength(const std::uint8_t* words, std::size_t count) {
     while (length < count && WordAt(words + length * kWordBytes) == first)
         ++length;
     return length;
+}
+
+std::uint8_t* PutRun(std::uint8_t* out, std::uint16_t tag, std::size_t count,
+                     const std::uint8_t* word) {
+    PutWord(out, tag);
+    PutWord(out + kWordBytes, static_cast<std::uint16_t>(count));
+    std::memcpy(out + 2 * kWordBytes, word, kWordBytes);
+    return out + kRunBytes;
+}
+
+/// Copies words up to where a run begins that is worth a code, or to the last few, where none can;
+/// returns how many. The target has room for a quad more than are copied.
+std::size_t CopyUpToRun(std::uint8_t* target, const std::uint8_t* words, std::size_t count) {
+    static_assert(kLongestLiteralRun + 1 == kQuadWords);
+    std::size_t at = 0;
+    while (count - at > kQuadWords) {
+        const std::uint8_t* const here = words + at * kWordBytes;
+        const WordQuad quad = QuadAt(here);
+        const WordQuad changes = (quad ^ quad >> 16) << 16 >> 16;
+        if (changes == 0)
+            return at;
+        CopyQuad(target + at * kWordBytes, here);
+        // No run of four begins at or before the last change within the four.
+        at += static_cast<std::size_t>(63 - std::countl_zero(changes)) / 16 + 1;
+    }
+    return at;
 }
 
 }  // namespace
@@ -102,14 +127,12 @@ RlewExpansion RlewExpand(std::uint16_t tag, ByteSpan source, std::span<std::uint
         }
     }
 
-    const std::uint8_t* in = source.data();
-    const std::uint8_t* const inEnd = in + source.size();
     std::uint8_t* const first = destination.data();
-    std::uint8_t* out = first;
     std::uint8_t* const outEnd = first + destination.size() / kWordBytes * kWordBytes;
     std::uint8_t* const promisedEnd =
         first + std::min(static_cast<std::ptrdiff_t>(std::max(length, 0)), outEnd - first);
-    ExpandRoomy(tag, in, inEnd, out, promisedEnd);
+    const std::uint8_t* const inEnd = source.data() + source.size();
+    auto [in, out] = ExpandRoomy(tag, {source.data(), first}, inEnd, promisedEnd);
 
     std::ptrdiff_t left = length - (out - first);
     while (in != inEnd && left > 0) {
@@ -147,31 +170,28 @@ ByteArray RlewCompress(std::uint16_t tag, ByteSpan source, LengthPrefix prefix) 
     else if (prefix == LengthPrefix::Short)
         front.U16(static_cast<std::uint16_t>(source.size()));  // the low 16 bits, whatever the size
 
-    ByteArray packed(source.size() - 1);
-    std::size_t position = 0;
-    const auto take = [&](std::size_t bytes) {
-        if (bytes > packed.size() - position)
-            throw Failure(kSubscriptOutOfRange);
-        return packed.data() + std::exchange(position, position + bytes);
-    };
-    std::ranges::copy(front.View(), take(front.Position()));
-
+    // Whatever the words are, they take no more room than they took: a run has four at least.
+    const std::size_t limit = source.size() - 1;
+    ByteArray packed(front.Position() + source.size() + sizeof(WordQuad));
+    std::ranges::copy(front.View(), packed.begin());
+    std::uint8_t* out = packed.data() + front.Position();
     const std::uint8_t* word = source.data();
-    std::size_t remaining = source.size() / kWordBytes;
-    while (remaining > 0) {
+    for (std::size_t remaining = source.size() / kWordBytes; remaining > 0;) {
+        const std::size_t singles = CopyUpToRun(out, word, remaining);
+        out += singles * kWordBytes;
+        word += singles * kWordBytes;
+        remaining -= singles;
         const std::size_t run = RunLength(word, std::min(remaining, kLongestRun));
-        if (run > kLongestLiteralRun) {
-            std::uint8_t* out = take(kRunBytes);
-            PutWord(out, tag);
-            PutWord(out + kWordBytes, static_cast<std::uint16_t>(run));
-            std::memcpy(out + 2 * kWordBytes, word, kWordBytes);
-        } else {
-            std::memcpy(take(run * kWordBytes), word, run * kWordBytes);
-        }
+        if (run > kLongestLiteralRun)
+            out = PutRun(out, tag, run, word);
+        else
+            out = std::copy_n(word, run * kWordBytes, out);
         word += run * kWordBytes;
         remaining -= run;
     }
-    packed.resize(position);
+    packed.resize(static_cast<std::size_t>(out - packed.data()));
+    if (packed.size() > limit)
+        throw Failure(kSubscriptOutOfRange);
     return packed;
 }
 

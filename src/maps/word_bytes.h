@@ -20,6 +20,12 @@ inline void PutWord(std::uint8_t* bytes, std::uint16_t word) {
     bytes[1] = static_cast<std::uint8_t>(word >> 8);
 }
 
+/// Where an expansion stands: the next byte to read and the next one to write.
+struct Cursor {
+    const std::uint8_t* in;
+    std::uint8_t* out;
+};
+
 /// Four words at once, each in a lane of 16 bits, the first in the lowest.
 using WordQuad = std::uint64_t;
 inline constexpr std::size_t kQuadWords = 4;

@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 
+#include "maps/far_words.h"
 #include "maps/game_maps_self.h"
 #include "support/support.h"
 
@@ -225,6 +226,42 @@ TEST(Codecs, AgreeWithTheLiteralOnesOnFarPlaces) {
         EXPECT_EQ(CarmackCompress(plane, LengthPrefix::Long, {}),
                   literal::CarmackCompress(plane, true, 0xA7, 0xA8))
             << period;
+    }
+}
+
+// Matches so many and so alike that the far places are searched in their tree.
+TEST(Codecs, AgreeWithTheLiteralOnesWhereMatchesAbound) {
+    literal::PlaneMaker make(5);
+    ByteArray plane = make.Periodic(50'000, 1'000);
+    const ByteArray separated = make.Separated(17'000, 9);
+    plane.insert(plane.end(), separated.begin(), separated.end());
+    EXPECT_EQ(CarmackCompress(plane, LengthPrefix::Long, {}),
+              literal::CarmackCompress(plane, true, 0xA7, 0xA8));
+}
+
+TEST(FarWords, FindWhatASearchOfEveryPositionFinds) {
+    constexpr std::size_t kPlaces = 600;
+    constexpr std::size_t kCount = kFarReach + kLongestCopy + kPlaces;
+    literal::PlaneMaker make(6);
+    for (ByteArray plane :
+         {make.Random(kCount, 2), make.Random(kCount, 16), make.Runs(kCount, 3, 4),
+          make.Separated(kCount, 7), make.Tiled(kCount, 64, 50), make.Equal(kCount)}) {
+        plane.resize(plane.size() + kSpareWords * kWordBytes);
+        const FarWords words(plane.data());
+        for (std::size_t tried = 0; tried < 20; ++tried) {
+            const std::size_t place = kFarReach + kLongestCopy + make.Below(kPlaces);
+            const std::size_t limit = std::min(kCount - place, kLongestCopy);
+            Match best{0, 0};
+            for (std::size_t position = 0; position < kFarReach; ++position) {
+                const std::size_t length =
+                    EqualWords(&plane[position * 2], &plane[place * 2], limit);
+                if (length > 0 && length >= best.length)
+                    best = {length, position};
+            }
+            const Match found = words.Longest(place, limit);
+            ASSERT_EQ(found.length, best.length) << place;
+            ASSERT_EQ(found.place, best.place) << place;
+        }
     }
 }
 
