@@ -139,19 +139,37 @@ BENCHMARK(BM_CompileSprites)
     ->Arg(vcGood)
     ->Unit(benchmark::kMicrosecond);
 
+literal::Bytes CompileLiterally(const literal::Bytes& pixels, enmVSWAPCompression compression) {
+    switch (compression) {
+        case vcNone:
+            return literal::Compile(pixels, 64, literal::UnsharedPool{});
+        case vcOriginal:
+            return literal::Compile(pixels, 64, literal::ReusedPool{});
+        default: {
+            const literal::Bytes merged = literal::MergedRuns(literal::RunsOf(pixels, 64));
+            return literal::Compile(pixels, 64, literal::FinishedPool{merged});
+        }
+    }
+}
+
 void BM_CompileSpritesLiteral(benchmark::State& state) {
     const GameSet* set = GameSet::Load(state);
     if (set == nullptr)
         return;
+    const auto compression = static_cast<enmVSWAPCompression>(state.range(0));
     for (const ByteArray& pixels : set->spriteRows)
-        if (literal::CompileReusing(pixels, 64) !=
-            CompileSprite(Transposed(pixels, 64, 64), 64, vcOriginal))
+        if (CompileLiterally(pixels, compression) !=
+            CompileSprite(Transposed(pixels, 64, 64), 64, compression))
             state.SkipWithError("compiled differently");
     for (auto _ : state)
         for (const ByteArray& pixels : set->spriteRows)
-            benchmark::DoNotOptimize(literal::CompileReusing(pixels, 64));
+            benchmark::DoNotOptimize(CompileLiterally(pixels, compression));
 }
-BENCHMARK(BM_CompileSpritesLiteral)->Arg(vcOriginal)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_CompileSpritesLiteral)
+    ->Arg(vcNone)
+    ->Arg(vcOriginal)
+    ->Arg(vcGood)
+    ->Unit(benchmark::kMicrosecond);
 
 /// The pixel pools of vcOriginal alone.
 void BM_ReusePixels(benchmark::State& state) {

@@ -93,8 +93,96 @@ inline std::size_t SearchPool(const Bytes& pool, std::span<const std::uint8_t> r
     return pool.size();
 }
 
-/// Compiles rows of pixels with a pool that is searched so.
-inline Bytes CompileReusing(const Bytes& pixels, int side) {
+/// Every run behind the one before.
+struct UnsharedPool {
+    Bytes bytes;
+    std::size_t Place(const Bytes& run) {
+        bytes.insert(bytes.end(), run.begin(), run.end());
+        return bytes.size() - run.size();
+    }
+};
+
+/// A run that stands in the pool already is not stored again.
+struct ReusedPool {
+    Bytes bytes;
+    std::size_t Place(const Bytes& run) {
+        const std::size_t place = SearchPool(bytes, run);
+        if (place == bytes.size())
+            bytes.insert(bytes.end(), run.begin(), run.end());
+        return place;
+    }
+};
+
+/// The runs joined greedily, of all pairs of chains the one with the longest overlap first.
+inline Bytes JoinedRuns(const std::vector<Bytes>& runs) {
+    constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    const std::size_t count = runs.size();
+    std::vector<std::size_t> next(count, kNone), before(count, kNone), shared(count, 0);
+    const auto headOf = [&](std::size_t run) {
+        while (before[run] != kNone)
+            run = before[run];
+        return run;
+    };
+    const auto overlap = [&](const Bytes& a, const Bytes& b, std::size_t size) {
+        for (std::size_t k = 0; k < size; ++k)
+            if (a[a.size() - size + k] != b[k])
+                return false;
+        return true;
+    };
+    std::size_t longest = 0;
+    for (const Bytes& run : runs)
+        longest = run.size() > longest ? run.size() : longest;
+    for (std::size_t size = longest; size-- > 1;)
+        for (std::size_t a = 0; a < count; ++a)
+            for (std::size_t b = 0; b < count && next[a] == kNone && runs[a].size() > size; ++b)
+                if (before[b] == kNone && runs[b].size() > size && headOf(a) != b &&
+                    overlap(runs[a], runs[b], size)) {
+                    next[a] = b;
+                    before[b] = a;
+                    shared[b] = size;
+                }
+    Bytes text;
+    for (std::size_t head = 0; head < count; ++head)
+        if (before[head] == kNone)
+            for (std::size_t run = head; run != kNone; run = next[run])
+                text.insert(text.end(),
+                            runs[run].begin() + static_cast<std::ptrdiff_t>(shared[run]),
+                            runs[run].end());
+    return text;
+}
+
+/// The shortest that is known of: the runs that stand in no other joined, longest first or last
+/// first, or else what reusing leaves.
+inline Bytes MergedRuns(const std::vector<Bytes>& runs) {
+    std::vector<Bytes> kept, backwards;
+    for (std::size_t size = 255; size > 0; --size)
+        for (const Bytes& run : runs) {
+            bool contained = run.size() != size;
+            for (std::size_t k = 0; k < kept.size() && !contained; ++k)
+                contained = SearchPool(kept[k], run) < kept[k].size();
+            if (!contained)
+                kept.push_back(run);
+        }
+    backwards.assign(kept.rbegin(), kept.rend());
+    Bytes merged = JoinedRuns(kept);
+    const Bytes other = JoinedRuns(backwards);
+    if (other.size() < merged.size())
+        merged = other;
+    ReusedPool reused;
+    for (const Bytes& run : runs)
+        reused.Place(run);
+    return reused.bytes.size() < merged.size() ? reused.bytes : merged;
+}
+
+/// A pool that is known beforehand.
+struct FinishedPool {
+    Bytes bytes;
+    std::size_t Place(const Bytes& run) const { return SearchPool(bytes, run); }
+};
+
+/// Compiles rows of pixels.
+template <class Pool>
+Bytes Compile(const Bytes& pixels, int side, Pool pool) {
     struct Record {
         int end;
         int offset;
@@ -113,13 +201,9 @@ inline Bytes CompileReusing(const Bytes& pixels, int side) {
                 right = x;
             }
     std::vector<Record> records;
-    Bytes pool;
     Bytes run;
     const auto close = [&](int start, int end) {
-        const std::size_t place = SearchPool(pool, run);
-        if (place == pool.size())
-            pool.insert(pool.end(), run.begin(), run.end());
-        records.push_back({end, static_cast<int>(place), start});
+        records.push_back({end, static_cast<int>(pool.Place(run)), start});
         run.clear();
     };
     for (int x = left; x <= right; ++x) {
@@ -146,14 +230,14 @@ inline Bytes CompileReusing(const Bytes& pixels, int side) {
     number(left);
     number(right);
     const int poolAt = 4 + 2 * (right - left + 1);
-    int list = poolAt + static_cast<int>(pool.size());
+    int list = poolAt + static_cast<int>(pool.bytes.size());
     number(list);
     for (std::size_t i = 0; i + 1 < records.size(); ++i) {
         list += records[i].end != 0 ? 6 : 2;
         if (records[i].end == 0)
             number(list);
     }
-    chunk.insert(chunk.end(), pool.begin(), pool.end());
+    chunk.insert(chunk.end(), pool.bytes.begin(), pool.bytes.end());
     for (const Record& record : records) {
         number(record.end * 2);
         if (record.end != 0) {
@@ -162,6 +246,21 @@ inline Bytes CompileReusing(const Bytes& pixels, int side) {
         }
     }
     return chunk;
+}
+
+/// The pixels of every post of some rows, column by column.
+inline std::vector<Bytes> RunsOf(const Bytes& pixels, int side) {
+    struct Collector {
+        Bytes bytes;
+        std::vector<Bytes>* runs;
+        std::size_t Place(const Bytes& run) {
+            runs->push_back(run);
+            return 0;
+        }
+    };
+    std::vector<Bytes> runs;
+    Compile(pixels, side, Collector{{}, &runs});
+    return runs;
 }
 
 }  // namespace tessaro::literal

@@ -9,19 +9,14 @@
 namespace tessaro {
 
 std::size_t SearchablePool::LowerBound(ByteSpan run) const {
-    if (run.size() > bytes_.size())
+    if (run.size() > size_)
         return kNone;
     std::size_t bound = 0;
-    std::uint32_t key = 0;
-    for (std::size_t i = 0; i < run.size(); ++i) {
-        key = NextKey(key, run[i]);
-        if (i + 1 < kKeySize)
-            continue;
-        const std::size_t inRun = i + 1 - kKeySize;
-        const std::uint16_t place = firstPlaces_[Slot(key)];
+    for (std::size_t i = 0; i + kKeySize <= run.size(); ++i) {
+        const std::uint16_t place = firstPlaces_[SlotAt(run.data() + i)];
         if (place == kUnseen)
             return kNone;
-        bound = std::max(bound, std::max<std::size_t>(place, inRun) - inRun);
+        bound = std::max(bound, std::max<std::size_t>(place, i) - i);
     }
     return bound;
 }
@@ -30,7 +25,7 @@ std::size_t SearchablePool::Find(ByteSpan run) const {
     std::size_t at = LowerBound(run);
     if (at == kNone)
         return kNone;
-    const std::size_t end = bytes_.size() - run.size() + 1;  // of the positions
+    const std::size_t end = size_ - run.size() + 1;  // of the positions
     const std::uint8_t* const first = bytes_.data();
     const auto isAt = [&](std::size_t position) {
         return std::memcmp(first + position, run.data(), run.size()) == 0;
@@ -70,18 +65,21 @@ std::size_t SearchablePool::Find(ByteSpan run) const {
 }
 
 std::size_t SearchablePool::Append(ByteSpan run) {
-    const std::size_t at = bytes_.size();
-    bytes_.insert(bytes_.end(), run.begin(), run.end());
-    std::uint32_t key = key_;
-    std::size_t begin = at + 1 - kKeySize;  // wraps round for the first bytes of all
-    for (const std::uint8_t byte : run) {
-        key = NextKey(key, byte);
-        std::uint16_t& place = firstPlaces_[Slot(key)];
-        place = std::min(place, static_cast<std::uint16_t>(std::min(begin, kLatest)));
-        ++begin;
+    const std::size_t at = size_;
+    size_ += run.size();
+    if (size_ > bytes_.size())
+        bytes_.resize(2 * size_);
+    std::copy_n(run.data(), run.size(), bytes_.data() + at);
+    for (std::size_t i = std::max(at, kKeySize - 1) - (kKeySize - 1); i + kKeySize <= size_; ++i) {
+        std::uint16_t& place = firstPlaces_[SlotAt(bytes_.data() + i)];
+        place = std::min(place, static_cast<std::uint16_t>(std::min(i, kLatest)));
     }
-    key_ = key;
     return at;
+}
+
+ByteArray SearchablePool::Release() {
+    bytes_.resize(size_);
+    return std::move(bytes_);
 }
 
 }  // namespace tessaro

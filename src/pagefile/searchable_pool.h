@@ -16,11 +16,8 @@ class SearchablePool {
 public:
     static constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
 
-    /// Takes memory for so many bytes at once.
-    explicit SearchablePool(std::size_t size) {
-        bytes_.reserve(size);
-        firstPlaces_.fill(kUnseen);
-    }
+    /// Has room for so many bytes at least.
+    explicit SearchablePool(std::size_t size) : bytes_(size) { firstPlaces_.fill(kUnseen); }
 
     /// The lowest position of the run among the bytes stored; kNone when it is not there. Only
     /// stored bytes take part: a match with a byte yet to be written would come out wrong. A run
@@ -30,22 +27,22 @@ public:
     /// Stores the run at the end and returns its position.
     std::size_t Append(ByteSpan run);
 
-    ByteArray Release() { return std::move(bytes_); }
+    ByteArray Release();
 
 private:
     static constexpr std::size_t kKeySize = 3;
     static constexpr unsigned kSlotBits = 12;
 
-    /// The last three bytes, the latest on top.
-    static std::uint32_t NextKey(std::uint32_t key, std::uint8_t byte) {
-        return key >> 8 | std::uint32_t{byte} << 16;
+    static std::size_t SlotAt(const std::uint8_t* bytes) {
+        const std::uint32_t key =
+            bytes[0] | std::uint32_t{bytes[1]} << 8 | std::uint32_t{bytes[2]} << 16;
+        return (key * 2654435761u) >> (32 - kSlotBits);
     }
-    static std::size_t Slot(std::uint32_t key) { return (key * 2654435761u) >> (32 - kSlotBits); }
     /// A position before which the run does not begin; kNone where it is not there at all.
     std::size_t LowerBound(ByteSpan run) const;
 
     ByteArray bytes_;
-    std::uint32_t key_ = 0;
+    std::size_t size_ = 0;  ///< of those stored
     static constexpr std::uint16_t kUnseen = 0xFFFF;
     static constexpr std::size_t kLatest = kUnseen - 1;
     /// Where the first three bytes of a slot begin, or earlier.

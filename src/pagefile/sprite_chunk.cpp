@@ -1,3 +1,4 @@
+// Its plain form: bench/literal/pagefile_literal.h, which the tests hold it against.
 #include "pagefile/sprite_chunk.h"
 
 #include <algorithm>
@@ -53,30 +54,48 @@ std::uint64_t OpaqueRows(ByteSpan rows) {
     return bits;
 }
 
+constexpr std::size_t kOpen = 0;  // the end of a post that is yet to be met
+
+/// Begins and ends posts where the rows from `top` on change between transparent and opaque.
+void AddPosts(std::vector<Post>& posts, std::size_t column, std::size_t top, std::uint64_t bits,
+              std::uint64_t before) {
+    std::uint64_t changes = bits ^ (bits << 1 | before);
+    if (before != 0 && changes != 0) {
+        posts.back().end = top + static_cast<std::size_t>(std::countr_zero(changes));
+        changes &= changes - 1;
+    }
+    while (changes != 0) {
+        const auto start = static_cast<std::size_t>(std::countr_zero(changes));
+        changes &= changes - 1;
+        const std::size_t end =
+            changes != 0 ? top + static_cast<std::size_t>(std::countr_zero(changes)) : kOpen;
+        changes &= changes - 1;
+        posts.push_back({column, top + start, end});
+    }
+}
+
 /// In column order.
 std::vector<Post> FindPosts(ByteSpan columns, std::size_t height) {
     std::vector<Post> posts;
-    posts.reserve(64);
+    posts.reserve(128);
     for (std::size_t at = 0, x = 0; at < columns.size(); at += height, ++x) {
-        bool open = false;
+        std::uint64_t before = 0;  // whether the row above is opaque
         for (std::size_t top = 0; top < height; top += 64) {
-            const std::size_t rows = std::min<std::size_t>(height - top, 64);
-            const std::uint64_t bits = OpaqueRows(columns.subspan(at + top, rows));
-            for (std::size_t y = 0; y < rows;) {
-                const std::uint64_t rest = bits >> y;
-                y +=
-                    static_cast<std::size_t>(open ? std::countr_one(rest) : std::countr_zero(rest));
-                if (y >= rows)
-                    break;
-                if (open)
-                    posts.back().end = top + y;
-                else
-                    posts.push_back({x, top + y, height});  // until its end is met
-                open = !open;
-            }
+            const std::uint64_t bits =
+                OpaqueRows(columns.subspan(at + top, std::min<std::size_t>(height - top, 64)));
+            AddPosts(posts, x, top, bits, before);
+            before = bits >> 63;
         }
+        if (!posts.empty() && posts.back().end == kOpen)
+            posts.back().end = height;
     }
     return posts;
+}
+
+std::uint8_t* PutWord(std::uint8_t* to, std::uint16_t word) {
+    to[0] = static_cast<std::uint8_t>(word);
+    to[1] = static_cast<std::uint8_t>(word >> 8);
+    return to + 2;
 }
 
 SpritePool PlaceRuns(SpriteRuns runs, enmVSWAPCompression compression) {
@@ -128,32 +147,26 @@ ByteArray CompileSprite(ByteSpan columns, std::int32_t height, enmVSWAPCompressi
         runs.push_back(columns.subspan(post.column * rows + post.start, post.end - post.start));
     const SpritePool pool = PlaceRuns(runs, compression);
 
-    std::vector<std::uint16_t> head;
-    head.reserve(2 + count);
-    head.push_back(Narrow<std::uint16_t>(left));
-    head.push_back(Narrow<std::uint16_t>(right));
-    std::vector<std::uint16_t> lists;
-    lists.reserve(listsSize / 2);
     const std::size_t listsAt = poolAt + pool.bytes.size();
-    std::size_t i = 0;
+    ByteArray chunk(listsAt + listsSize);
+    std::uint8_t* head = PutWord(chunk.data(), Narrow<std::uint16_t>(left));
+    head = PutWord(head, Narrow<std::uint16_t>(right));
+    std::copy_n(pool.bytes.data(), pool.bytes.size(), chunk.data() + poolAt);
+    std::uint8_t* list = chunk.data() + listsAt;
+    auto post = posts.begin();
+    auto offset = pool.offsets.begin();
     for (std::size_t x = left; x <= right; ++x) {
-        head.push_back(Narrow<std::uint16_t>(listsAt + 2 * lists.size()));
-        for (; i < posts.size() && posts[i].column == x; ++i) {
-            const auto at = static_cast<std::int64_t>(poolAt + pool.offsets[i]);
-            const auto pixels =
-                Narrow<std::int16_t>(at - static_cast<std::int64_t>(posts[i].start));
-            lists.push_back(Narrow<std::uint16_t>(posts[i].end * 2));
-            lists.push_back(static_cast<std::uint16_t>(pixels));
-            lists.push_back(Narrow<std::uint16_t>(posts[i].start * 2));
+        head = PutWord(head, Narrow<std::uint16_t>(list - chunk.data()));
+        for (; post != posts.end() && post->column == x; ++post, ++offset) {
+            const auto pixels = Narrow<std::int16_t>(static_cast<std::int64_t>(poolAt + *offset) -
+                                                     static_cast<std::int64_t>(post->start));
+            list = PutWord(list, Narrow<std::uint16_t>(post->end * 2));
+            list = PutWord(list, static_cast<std::uint16_t>(pixels));
+            list = PutWord(list, Narrow<std::uint16_t>(post->start * 2));
         }
-        lists.push_back(0);
+        list = PutWord(list, 0);
     }
-    ByteWriter out;
-    out.Reserve(listsAt + listsSize);
-    out.U16s(head);
-    out.Bytes(pool.bytes);
-    out.U16s(lists);
-    return out.Release();
+    return chunk;
 }
 
 }  // namespace tessaro

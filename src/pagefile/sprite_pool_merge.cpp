@@ -1,6 +1,8 @@
+// Its plain form: bench/literal/pagefile_literal.h, which the tests hold it against.
 #include <algorithm>
-#include <string_view>
-#include <unordered_map>
+#include <bitset>
+#include <cstdint>
+#include <vector>
 
 #include "pagefile/searchable_pool.h"
 #include "pagefile/sprite_chunk.h"
@@ -10,10 +12,6 @@ namespace tessaro {
 namespace {
 
 constexpr std::size_t kNone = SearchablePool::kNone;
-
-std::string_view AsText(ByteSpan bytes) {
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
 
 /// The runs that stand in no other, longest first; of equal ones the first.
 std::vector<ByteSpan> WithoutContained(SpriteRuns runs) {
@@ -31,32 +29,40 @@ std::vector<ByteSpan> WithoutContained(SpriteRuns runs) {
     return kept;
 }
 
-/// The runs on their way into chains, in each of which a run overlaps the one before.
+/// The runs on their way into chains, in each of which a run overlaps the one before. They come
+/// sorted by length, up or down.
 class Chains {
 public:
-    explicit Chains(SpriteRuns runs) : runs_(runs), links_(runs.size()) {
-        for (std::size_t i = 0; i < runs.size(); ++i)
+    explicit Chains(SpriteRuns runs)
+        : runs_(runs),
+          links_(runs.size()),
+          descends_(runs.empty() || runs.front().size() >= runs.back().size()),
+          begin_(descends_ ? 0 : runs.size()),
+          end_(descends_ ? 0 : runs.size()) {
+        for (std::size_t i = 0; i < runs.size(); ++i) {
             links_[i].head = links_[i].tail = i;
+            links_[i].hashesAt = beginHashes_.size();
+            AddHashes(runs[i]);
+        }
     }
 
     /// Joins every two chains of which the one ends with the `overlap` bytes that the other begins
-    /// with.
+    /// with. The overlaps come from the longest down.
     void Join(std::size_t overlap) {
-        std::unordered_map<std::string_view, std::vector<std::size_t>> heads;
-        for (std::size_t i = 0; i < runs_.size(); ++i)
-            if (links_[i].isHead && runs_[i].size() > overlap)
-                heads[AsText(runs_[i].first(overlap))].push_back(i);
-        for (std::size_t a = 0; a < runs_.size(); ++a) {
-            if (links_[a].next != kNone || runs_[a].size() <= overlap)
+        while (descends_ && end_ < runs_.size() && runs_[end_].size() > overlap)
+            ++end_;
+        while (!descends_ && begin_ > 0 && runs_[begin_ - 1].size() > overlap)
+            --begin_;
+        std::bitset<kFilterBits> begins;  // of the hashes that heads begin with
+        for (std::size_t i = begin_; i < end_; ++i)
+            if (links_[i].isHead)
+                begins.set(BeginHash(i, overlap) % kFilterBits);
+        for (std::size_t a = begin_; a < end_; ++a) {
+            if (links_[a].next != kNone)
                 continue;
-            const auto same = heads.find(AsText(runs_[a].last(overlap)));
-            if (same == heads.end())
-                continue;
-            const auto b = std::ranges::find_if(same->second, [&](std::size_t head) {
-                return links_[head].isHead && head != links_[a].head;  // never into a ring
-            });
-            if (b != same->second.end())
-                Link(a, *b, overlap);
+            const std::uint32_t hash = endHashes_[links_[a].hashesAt + overlap - 1];
+            if (begins[hash % kFilterBits])
+                LinkToFirst(a, hash, overlap);
         }
     }
 
@@ -81,7 +87,39 @@ private:
         std::size_t next = kNone;  ///< the run that follows
         std::size_t overlap = 0;   ///< with it
         bool isHead = true;
+        std::size_t hashesAt = 0;  ///< of the run
     };
+    static constexpr std::size_t kFilterBits = 1024;
+
+    /// Of the first and of the last 1, 2, 3 ... bytes of a run, the same for the same bytes.
+    void AddHashes(ByteSpan run) {
+        constexpr std::uint32_t kBase = 0x0100'0193;
+        std::uint32_t begin = 0, end = 0, power = 1;
+        for (std::size_t i = 0; i < run.size(); ++i) {
+            begin = begin * kBase + run[i];
+            end += power * run[run.size() - 1 - i];
+            power *= kBase;
+            beginHashes_.push_back(Scattered(begin));
+            endHashes_.push_back(Scattered(end));
+        }
+    }
+    static std::uint32_t Scattered(std::uint32_t hash) { return (hash * 0x9E37'79B1U) >> 7; }
+    std::uint32_t BeginHash(std::size_t run, std::size_t size) const {
+        return beginHashes_[links_[run].hashesAt + size - 1];
+    }
+
+    /// Links run `a` to the first head that goes on with what it ends with.
+    void LinkToFirst(std::size_t a, std::uint32_t hash, std::size_t overlap) {
+        for (std::size_t b = begin_; b < end_; ++b) {
+            if (!links_[b].isHead || b == links_[a].head)  // never into a ring
+                continue;
+            if (BeginHash(b, overlap) == hash &&
+                std::ranges::equal(runs_[a].last(overlap), runs_[b].first(overlap))) {
+                Link(a, b, overlap);
+                return;
+            }
+        }
+    }
 
     void Link(std::size_t a, std::size_t b, std::size_t overlap) {
         links_[a].next = b;
@@ -95,6 +133,9 @@ private:
 
     SpriteRuns runs_;
     std::vector<Ends> links_;
+    bool descends_;
+    std::size_t begin_, end_;  ///< of the runs longer than the overlap
+    std::vector<std::uint32_t> beginHashes_, endHashes_;
 };
 
 /// The longest overlap of all goes first, equal ones in the order of the runs.

@@ -1,5 +1,7 @@
 #include "pagefile/sprite_pools.h"
 
+#include <algorithm>
+
 #include "pagefile/searchable_pool.h"
 
 namespace tessaro {
@@ -13,13 +15,15 @@ std::size_t TotalSize(SpriteRuns runs) {
 }
 
 }  // namespace
+
 SpritePool PoolUnshared(SpriteRuns runs) {
     SpritePool pool;
     pool.offsets.reserve(runs.size());
-    pool.bytes.reserve(TotalSize(runs));
+    pool.bytes.resize(TotalSize(runs));
+    std::uint8_t* end = pool.bytes.data();
     for (const ByteSpan run : runs) {
-        pool.offsets.push_back(pool.bytes.size());
-        pool.bytes.insert(pool.bytes.end(), run.begin(), run.end());
+        pool.offsets.push_back(static_cast<std::size_t>(end - pool.bytes.data()));
+        end = std::copy_n(run.data(), run.size(), end);
     }
     return pool;
 }

@@ -1,6 +1,7 @@
 #include "pagefile/sprite_chunk.h"
 
 #include <algorithm>
+#include <literal/pagefile_literal.h>
 #include <random>
 
 #include "pagefile/sprite_pools.h"
@@ -95,18 +96,6 @@ TEST(SpriteChunk, NumbersThatDoNotFitFail) {
     EXPECT_THROW(CompileSprite(kImage, 4, static_cast<enmVSWAPCompression>(3)), Failure);
 }
 
-/// The search as the format knows it: byte by byte from the first on, among the bytes stored.
-SpritePool LiteralReuse(SpriteRuns runs) {
-    SpritePool pool;
-    for (const ByteSpan run : runs) {
-        const auto at = std::search(pool.bytes.begin(), pool.bytes.end(), run.begin(), run.end());
-        pool.offsets.push_back(static_cast<std::size_t>(at - pool.bytes.begin()));
-        if (at == pool.bytes.end())
-            pool.bytes.insert(pool.bytes.end(), run.begin(), run.end());
-    }
-    return pool;
-}
-
 TEST(SpritePools, EveryRunIsWhereItsOffsetSays) {
     std::mt19937 random(20);
     const auto below = [&](unsigned limit) { return static_cast<unsigned>(random() % limit); };
@@ -121,12 +110,13 @@ TEST(SpritePools, EveryRunIsWhereItsOffsetSays) {
         }
         const std::vector<ByteSpan> runs(pixels.begin(), pixels.end());
         const SpritePool reused = PoolReused(runs);
-        const SpritePool literal = LiteralReuse(runs);
-        ASSERT_EQ(reused.bytes, literal.bytes);
-        ASSERT_EQ(reused.offsets, literal.offsets);
+        literal::ReusedPool literalReused;
+        for (std::size_t i = 0; i < runs.size(); ++i)
+            ASSERT_EQ(reused.offsets[i], literalReused.Place(pixels[i]));
+        ASSERT_EQ(reused.bytes, literalReused.bytes);
         const SpritePool merged = PoolMerged(runs);
         ASSERT_LE(merged.bytes.size(), reused.bytes.size());
-        ASSERT_EQ(merged.bytes, PoolMerged(runs).bytes);
+        ASSERT_EQ(merged.bytes, literal::MergedRuns(pixels));
         for (std::size_t i = 0; i < runs.size(); ++i) {
             ASSERT_LE(merged.offsets[i] + runs[i].size(), merged.bytes.size());
             ASSERT_TRUE(std::ranges::equal(
