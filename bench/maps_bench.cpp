@@ -161,7 +161,7 @@ public:
         self.compileRlewTag = kTag;
         for (std::int32_t map = 0; map < 60; ++map) {
             maps.AddMap(0);
-            for (typMapGrid& grid : self.maps.front().planes.Plane) {
+            for (typMapGrid& grid : self.set.maps.front().planes.Plane) {
                 planes.push_back(make.Mixed(64));
                 for (std::size_t i = 0; i < grid.Grid.size(); ++i)
                     grid.Grid[i] = planes.back()[2 * i] | planes.back()[2 * i + 1] << 8;

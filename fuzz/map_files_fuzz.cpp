@@ -64,7 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     for (std::int32_t map = 0; map < std::min(maps.NumberOfMaps(), 4); ++map) {
         const MapRecord& record =
-            GameMapsInternals::SelfOf(maps).maps[static_cast<std::size_t>(map)].record;
+            GameMapsInternals::SelfOf(maps).set.maps[static_cast<std::size_t>(map)].record;
         if (std::int64_t{record.width} * record.height > 65'536)
             continue;  // legal, and slow
         typMapPlane planes;

@@ -117,6 +117,9 @@ public:
     /// @return False after a failure: the old files are back, the ".new" files stay beside them,
     ///         and the container serves what it served before.
     bool SaveMapFile();
+    /// From a handler of SaveStatus alone: ends the save, which then fails with "The save was
+    /// stopped." Anywhere else it fails with number 5.
+    void StopSave();
 
     /// Gives a map a new size, keeping its top left corner. New cells hold `MapFill` in the first
     /// plane and 0 in the others.
@@ -162,6 +165,7 @@ public:
 
 private:
     friend struct GameMapsInternals;
+    friend class MapSave;
     struct Self;
     std::unique_ptr<Self> self_;
 };

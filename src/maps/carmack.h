@@ -29,9 +29,14 @@ void CarmackExpand(ByteSpan codes, std::span<std::uint8_t> destination, std::int
 /// The most bytes that codes of this size can expand to: nothing longer needs memory.
 std::size_t CarmackExpandedLimit(std::size_t codeBytes);
 
+/// Which words that are not copied are escaped: those that the rule for files names, which leaves
+/// some out that would be read as codes, or every one whose high byte is a tag.
+enum class Escapes { AsStated, EveryTag };
+
 /// Packs words behind a prefix with the source's byte length. At each place the longest earlier
 /// match of at most 255 words that ends before the place is taken, the nearest of equal ones; near
 /// copies need 2 words, far ones 3, and only the first 65,536 words can be named by a far copy.
-ByteArray CarmackCompress(ByteSpan source, LengthPrefix prefix, CarmackTags tags);
+ByteArray CarmackCompress(ByteSpan source, LengthPrefix prefix, CarmackTags tags,
+                          Escapes escapes = Escapes::AsStated);
 
 }  // namespace tessaro

@@ -19,7 +19,8 @@ int HighHalf(std::uint16_t word) {
 /// Writes the codes of carmack.h one by one; the caller has seen to the room for them.
 class CodeWriter {
 public:
-    CodeWriter(std::uint8_t* out, CarmackTags tags) : out_(out), tags_(tags) {}
+    CodeWriter(std::uint8_t* out, CarmackTags tags, Escapes escapes)
+        : out_(out), tags_(tags), escapes_(escapes) {}
 
     void PutNear(std::size_t count, std::size_t distance) {
         Put(count);
@@ -32,7 +33,7 @@ public:
         PutWord(place);
     }
     void PutSingle(std::uint16_t word) {
-        const int high = HighHalf(word);
+        const int high = escapes_ == Escapes::EveryTag ? word >> 8 : HighHalf(word);
         if (high == tags_.nearTag || high == tags_.farTag)
             PutEscaped(word, high);
         else
@@ -60,17 +61,18 @@ private:
 
     std::uint8_t* out_;
     CarmackTags tags_;
+    Escapes escapes_;
 };
 
 }  // namespace
 
-ByteArray CarmackCompress(ByteSpan source, LengthPrefix prefix, CarmackTags tags) {
+ByteArray CarmackCompress(ByteSpan source, LengthPrefix prefix, CarmackTags tags, Escapes escapes) {
     const std::size_t count = source.size() / kWordBytes;
     ByteArray words((count + kSpareWords) * kWordBytes);
     std::copy_n(source.begin(), count * kWordBytes, words.begin());
 
     ByteArray packed(sizeof(std::uint32_t) + count * kMostBytesOfWord);
-    CodeWriter out(packed.data(), tags);
+    CodeWriter out(packed.data(), tags, escapes);
     out.PutPrefix(source.size(), prefix);
     MatchFinder finder(words.data(), count);
     for (std::size_t place = 0; place < count;) {

@@ -4,7 +4,6 @@
 
 #include "foundation/guard.h"
 #include "maps/game_maps_self.h"
-#include "maps/word_bytes.h"
 
 namespace tessaro {
 
@@ -16,44 +15,36 @@ typMapPlane EmptyPlanes(std::size_t count, std::size_t cells) {
     return planes;
 }
 
-ByteArray CellBytes(const typMapGrid& plane) {
-    ByteArray bytes(plane.Grid.size() * kWordBytes);
-    for (std::size_t i = 0; i < plane.Grid.size(); ++i)
-        PutWord(bytes.data() + i * kWordBytes, static_cast<std::uint16_t>(plane.Grid[i]));
-    return bytes;
-}
-
-std::string DisplayName(const std::string& name) {
-    return name.substr(0, name.find('\0'));
+std::int32_t CellValue(std::int32_t value) {
+    if (value < -32'768 || value > 65'535)
+        throw Failure(kOverflow);
+    return static_cast<std::uint16_t>(value);
 }
 
 MapItem& clsGameMaps::Self::MapAt(std::int32_t mapNum) {
-    if (mapNum < 0 || static_cast<std::size_t>(mapNum) >= maps.size())
+    if (mapNum < 0 || static_cast<std::size_t>(mapNum) >= set.maps.size())
         throw Failure(kSubscriptOutOfRange);
-    return maps[static_cast<std::size_t>(mapNum)];
+    return set.maps[static_cast<std::size_t>(mapNum)];
 }
 
 void clsGameMaps::Self::ReplacePlanes(MapItem& item, std::int16_t width, std::int16_t height,
                                       typMapPlane planes) {
     item.planes = std::move(planes);
-    item.inMemory = true;
+    item.inMemory = item.changed = true;
     item.record.width = width;
     item.record.height = height;
-}
-
-void clsGameMaps::Self::ResizeHeaderSlots() {
-    headerSlots.resize(std::max(kFewestHeaderSlots, maps.size()));
 }
 
 clsGameMaps::clsGameMaps() : self_(std::make_unique<Self>()) {}
 clsGameMaps::~clsGameMaps() = default;
 
 void clsGameMaps::CloseFile() {
-    self_->dataFile.Release();
+    self_->set.data.Close();
+    self_->clipboard.clear();
 }
 
 std::int32_t clsGameMaps::NumberOfMaps() const {
-    return static_cast<std::int32_t>(self_->maps.size());
+    return static_cast<std::int32_t>(self_->set.maps.size());
 }
 
 std::string clsGameMaps::MapName(std::int32_t MapNum) const {
@@ -67,7 +58,11 @@ std::string clsGameMaps::MapName(std::int32_t MapNum) const {
 }
 
 void clsGameMaps::MapName(std::int32_t MapNum, const std::string& NewValue) {
-    Guarded("clsGameMaps.MapName", [&] { self_->MapAt(MapNum).record.name = NewValue; });
+    Guarded("clsGameMaps.MapName", [&] {
+        MapItem& item = self_->MapAt(MapNum);
+        item.changed = item.changed || item.record.name != NewValue;
+        item.record.name = NewValue;
+    });
 }
 
 enmCorruptLevel clsGameMaps::CorruptMap(std::int32_t MapNum) const {
@@ -75,10 +70,10 @@ enmCorruptLevel clsGameMaps::CorruptMap(std::int32_t MapNum) const {
 }
 
 std::int16_t clsGameMaps::InputMapPlanes() const {
-    return self_->input.planes;
+    return self_->set.layout.planes;
 }
 std::int16_t clsGameMaps::InputMapNameSize() const {
-    return self_->input.nameSize;
+    return self_->set.layout.nameSize;
 }
 
 std::int16_t clsGameMaps::OutputMapPlanes() const {
@@ -97,7 +92,7 @@ void clsGameMaps::OutputMapNameSize(std::int16_t NewValue) {
             throw Failure(kInvalidProcedureCall);
         self_->outputMapNameSize = NewValue;
         const auto size = static_cast<std::size_t>(NewValue);
-        for (MapItem& item : self_->maps) {
+        for (MapItem& item : self_->set.maps) {
             if (item.record.name.size() > size)
                 item.record.name.resize(size);
         }
@@ -105,13 +100,13 @@ void clsGameMaps::OutputMapNameSize(std::int16_t NewValue) {
 }
 
 bool clsGameMaps::LoadLengthsAsLong() const {
-    return self_->input.longLengths;
+    return self_->set.layout.longLengths;
 }
 bool clsGameMaps::SaveLengthsAsLong() const {
     return self_->saveLengthsAsLong;
 }
 void clsGameMaps::SaveLengthsAsLong(bool NewValue) {
-    self_->saveLengthsAsLong = NewValue || self_->input.longLengths;
+    self_->saveLengthsAsLong = NewValue || self_->set.layout.longLengths;
 }
 
 std::int32_t clsGameMaps::LongRLEWTag() const {

@@ -1,13 +1,17 @@
 // The operations of clsGameMaps that read and write the files of other editors and games.
 #include <algorithm>
+#include <iterator>
 #include <limits>
 
 #include "foundation/guard.h"
+#include "foundation/names.h"
 #include "maps/exchange/exchange_format.h"
 #include "maps/exchange/iphone_map.h"
 #include "maps/exchange/rott.h"
 #include "maps/game_maps_self.h"
 #include "platform/system.h"
+#include "saving/save_set.h"
+#include "saving/transaction.h"
 
 namespace tessaro {
 namespace {
@@ -21,10 +25,8 @@ Result GuardedExchange(std::string_view procedure, Body&& body) {
         try {
             return body();
         } catch (const Refusal& refusal) {
-            if (!refusal.procedure.empty()) {
-                modGlobal::SetErrorState(refusal);
-                modGlobal::ReportError(refusal.procedure);
-            }
+            if (!refusal.procedure.empty())
+                Report(refusal.procedure, refusal);
             CurrentUserInterface().MsgBox(refusal.prompt, refusal.style, refusal.title, "", 0);
             return {};
         }
@@ -40,21 +42,13 @@ ExchangeSettings SettingsOf(const Self& self, bool exportNames = true) {
             .writeTags = self.compileTags};
 }
 
-/// Writes a file beside its place and moves it over what stands there, which stays as it is when
-/// anything fails.
-void PutFile(const std::string& path, ByteSpan content) {
-    const std::string beside = path + ".new";
-    try {
-        WriteWholeFile(beside, content);
-        MoveFileTo(beside, path);
-    } catch (...) {
-        const Failure failure = CurrentFailure();
-        try {
-            DeleteFileAt(beside);
-        } catch (const Failure&) {
-        }
-        throw failure;
-    }
+/// Replaces a file, or makes it, complete or not at all.
+void PutFile(const Self& self, const std::string& path, ByteSpan content) {
+    ShowNotices(ReplaceFile(*self.GameOf().files, path, content));
+}
+
+bool IsThere(const Self& self, const std::string& path) {
+    return self.GameOf().files->Kind(path).has_value();
 }
 
 // --- export -------------------------------------------------------------------------------------
@@ -83,9 +77,9 @@ iPhoneMapSettings LoadIPhoneMapSettings(const ByteArray* earlier, const ForeignM
                    : DefaultIPhoneSettings(Trimmed(NameBeforeZero(*map.name)), tag);
 }
 
-void SaveIPhoneMapFile(const std::string& fileName, const iPhoneMapSettings& settings,
-                       CarmackTags tags) {
-    PutFile(fileName, WriteIPhoneMap(settings, tags));
+void SaveIPhoneMapFile(const Self& self, const std::string& fileName,
+                       const iPhoneMapSettings& settings, CarmackTags tags) {
+    PutFile(self, fileName, WriteIPhoneMap(settings, tags));
 }
 
 /// Asks for the settings, starting from those of an earlier file (null without one), and writes the
@@ -108,7 +102,7 @@ bool ExportToIPhone(Self& self, std::int32_t mapNum, const std::string& fileName
     form.ShowModal();
     if (!form.PressedOK())
         return false;
-    SaveIPhoneMapFile(fileName, form.Settings(), self.compileTags);
+    SaveIPhoneMapFile(self, fileName, form.Settings(), self.compileTags);
     return true;
 }
 
@@ -137,10 +131,12 @@ ExportList CollectMaps(Self& self, const std::vector<std::int32_t>& mapArray,
                        const ExchangeFormat& format) {
     ExportList list;
     for (std::size_t i = 0; i < mapArray.size(); ++i) {
-        if (!self.BringIn(mapArray[i])) {
-            modGlobal::SetErrorState(
-                Failure(kMapExportFailure, "Error loading map data for file export"));
-            modGlobal::ReportError("clsGameMaps.ExportMultiMap");
+        try {
+            self.BringIn(mapArray[i]);
+        } catch (...) {
+            Report(CurrentProcedure("clsGameMaps.LoadMap"), CurrentFailure());
+            Report("clsGameMaps.ExportMultiMap",
+                   Failure(kMapExportFailure, "Error loading map data for file export"));
             list.complete = false;
             continue;
         }
@@ -154,8 +150,8 @@ ExportList CollectMaps(Self& self, const std::vector<std::int32_t>& mapArray,
     return list;
 }
 
-bool AgreesToOverwrite(const std::string& path) {
-    return !FileExists(path) ||
+bool AgreesToOverwrite(const Self& self, const std::string& path) {
+    return !IsThere(self, path) ||
            CurrentUserInterface().MsgBox(
                modGlobal::FileNameFromPath(path, false) + " already exists. Overwrite?", mbYesNo,
                "Overwrite File Confirmation", "", 0) == mrYes;
@@ -164,8 +160,8 @@ bool AgreesToOverwrite(const std::string& path) {
 // --- import -------------------------------------------------------------------------------------
 
 std::vector<ForeignMap> ReadMapFile(const Self& self, const std::string& fileName) {
-    return ReadForeignMaps(ReadWholeFile(fileName), modGlobal::FileNameFromPath(fileName, false),
-                           SettingsOf(self));
+    return ReadForeignMaps(self.GameOf().files->Read(fileName),
+                           modGlobal::FileNameFromPath(fileName, false), SettingsOf(self));
 }
 
 /// Gives every map as many planes as the set has. Returns how many the file has.
@@ -208,12 +204,11 @@ bool AgreesToAddMaps(std::int32_t current, std::int32_t end) {
 bool clsGameMaps::ExportMap(std::int32_t MapNum, const std::string& FileName, bool ExportNames,
                             enmMapFileType& FileType) {
     return GuardedExchange("clsGameMaps.ExportMap", [&] {
-        if (!self_->BringIn(MapNum))
-            return false;
+        self_->BringIn(MapNum);
         ByteArray existing;
         const ExchangeFormat* kept = nullptr;
-        if (FileExists(FileName)) {
-            existing = ReadWholeFile(FileName);
+        if (IsThere(*self_, FileName)) {
+            existing = self_->GameOf().files->Read(FileName);
             kept = DetectMapFileType(existing, modGlobal::FileNameFromPath(FileName, false));
             if (kept)
                 FileType = kept->type;
@@ -225,7 +220,7 @@ bool clsGameMaps::ExportMap(std::int32_t MapNum, const std::string& FileName, bo
             throw Refusal("Tried to save map to an unknown format", mbExclamation,
                           "Unknown format");
         const ForeignMap map = MapForExport(*self_, MapNum, 0);
-        PutFile(FileName, format->write({&map, 1}, SettingsOf(*self_, ExportNames)));
+        PutFile(*self_, FileName, format->write({&map, 1}, SettingsOf(*self_, ExportNames)));
         return true;
     });
 }
@@ -235,8 +230,9 @@ bool clsGameMaps::ExportMultiMap(const std::vector<std::int32_t>& MapArray,
     return GuardedExchange("clsGameMaps.ExportMultiMap", [&] {
         std::string name = FileName;
         const ExchangeFormat* format = FormatOfExtension(name);
-        if (!format) {  // an empty file and True: that is meant
-            PutFile(name, {});
+        if (!format) {  // an empty file where none stands, and True: that is meant
+            if (!IsThere(*self_, name))
+                PutFile(*self_, name, {});
             return true;
         }
         if ((format == &kRottRtlFormat || format == &kRottRtcFormat) &&
@@ -248,12 +244,17 @@ bool clsGameMaps::ExportMultiMap(const std::vector<std::int32_t>& MapArray,
             CurrentUserInterface().MsgBox(
                 "FloEdit floor files do not support non-64x64 maps.  Saving as a KZR map files.",
                 mbExclamation, "", "", 0);
-            if (!AgreesToOverwrite(name))
+            if (!AgreesToOverwrite(*self_, name))
                 return false;
             format = &kKzrFormat;
             list = CollectMaps(*self_, MapArray, *format);
         }
-        PutFile(name, format->write(list.maps, SettingsOf(*self_, ExportNames)));
+        if (list.maps.empty()) {  // an empty file where none stands: that is meant
+            if (!IsThere(*self_, name))
+                PutFile(*self_, name, {});
+            return list.complete;
+        }
+        PutFile(*self_, name, format->write(list.maps, SettingsOf(*self_, ExportNames)));
         return list.complete;
     });
 }
@@ -262,7 +263,7 @@ bool clsGameMaps::ImportMap(std::int32_t MapNum, const std::string& FileName) {
     return GuardedExchange("clsGameMaps.ImportMap", [&] {
         self_->saving.RefuseChange();
         std::vector<ForeignMap> maps = ReadMapFile(*self_, FileName);
-        const std::size_t filePlanes = FitPlanes(maps, self_->input.planes);
+        const std::size_t filePlanes = FitPlanes(maps, self_->set.layout.planes);
         if (MapNum < 0)
             throw Failure(kSubscriptOutOfRange);
         if (maps.empty())
@@ -271,12 +272,10 @@ bool clsGameMaps::ImportMap(std::int32_t MapNum, const std::string& FileName) {
         if (end > NumberOfMaps()) {
             if (!AgreesToAddMaps(NumberOfMaps(), end))
                 return false;
-            while (NumberOfMaps() < end) {
-                const std::int32_t before = NumberOfMaps();
-                AddMap(before);
-                if (NumberOfMaps() == before)  // reported by then
-                    return false;
-            }
+            std::vector<MapItem> added(static_cast<std::size_t>(end - NumberOfMaps()),
+                                       self_->NewMap());
+            self_->set.maps.insert(self_->set.maps.end(), std::make_move_iterator(added.begin()),
+                                   std::make_move_iterator(added.end()));
         }
         for (std::size_t i = 0; i < maps.size(); ++i) {
             ForeignMap& map = maps[i];
@@ -287,7 +286,7 @@ bool clsGameMaps::ImportMap(std::int32_t MapNum, const std::string& FileName) {
                                  Narrow<std::int16_t>(map.height), std::move(map.planes));
             item.corruption = clNone;  // what was damaged is no longer there
         }
-        TellUnusedPlanes(filePlanes, self_->input.planes);
+        TellUnusedPlanes(filePlanes, self_->set.layout.planes);
         return true;
     });
 }
@@ -295,13 +294,13 @@ bool clsGameMaps::ImportMap(std::int32_t MapNum, const std::string& FileName) {
 std::int32_t clsGameMaps::ImportMapsForClipboard(const std::string& FileName) {
     return GuardedExchange("clsGameMaps.ImportMapsForClipboard", [&] {
         std::vector<ForeignMap> maps = ReadMapFile(*self_, FileName);
-        const std::size_t filePlanes = FitPlanes(maps, self_->input.planes);
+        const std::size_t filePlanes = FitPlanes(maps, self_->set.layout.planes);
         std::vector<ClipboardMap> clipboard;
         for (ForeignMap& map : maps)
             clipboard.push_back(
                 {std::move(map.name).value_or(""), map.width, map.height, std::move(map.planes)});
         self_->clipboard = std::move(clipboard);
-        TellUnusedPlanes(filePlanes, self_->input.planes);
+        TellUnusedPlanes(filePlanes, self_->set.layout.planes);
         return Narrow<std::int32_t>(self_->clipboard.size());
     });
 }

@@ -76,6 +76,7 @@ std::size_t MapHeader::MapCount() const {
 MapHeader MapHeader::ReadFrom(ByteSpan headerFile, std::size_t offsetsAt) {
     ByteReader in(headerFile, PastEnd::ReadsZero);
     MapHeader header;
+    header.offsetsAt = offsetsAt;
     header.rlewTag = in.U16();
     in.Seek(offsetsAt);
     const std::size_t count = std::max(kFewestHeaderSlots, OffsetCount(in.Remaining()));

@@ -45,6 +45,7 @@ inline constexpr std::size_t kFewestHeaderSlots = 100;
 struct MapHeader {
     std::uint16_t rlewTag = 0;
     std::vector<std::int32_t> offsets;  ///< at least kFewestHeaderSlots; missing ones are 0
+    std::size_t offsetsAt = 2;          ///< where in the file they stand
 
     /// The number of maps: the first offset of 0 or below ends the list.
     std::size_t MapCount() const;

@@ -59,7 +59,8 @@ public:
             saved_ = true;
         } catch (...) {
             const Failure failure = CurrentFailure();
-            const std::string procedure = CurrentProcedure(Culprit().Procedure());
+            const std::string procedure =
+                Culprit().ReportName(CurrentProcedure(Culprit().Procedure()));
             for (SetSave* set : sets_)
                 Quietly([&] { set->PutBack(); });
             Report(procedure, failure);
@@ -106,9 +107,9 @@ private:
         try {
             notices_ = Commit(*sets_.front()->AtStart().files, plan).notices;
         } catch (...) {
-            const Failure failure = CurrentFailure();
+            Failure failure = CurrentFailure();
             for (const Written& one : written)
-                Quietly([&] { one.set->KeepAside(one.files); });
+                Quietly([&] { failure.Description += one.set->KeepAside(one.files); });
             throw failure;
         }
         for (SetSave* set : sets_)

@@ -43,8 +43,11 @@ public:
     virtual void Adopt() = 0;
     /// After a failure: whatever the container has to put right.
     virtual void PutBack() {}
-    /// The files are proven, but could not be put in their places.
-    virtual void KeepAside(const std::vector<NewFile>&) {}
+    /// The files are proven, but could not be put in their places. What this returns is added to
+    /// the failure's description.
+    virtual std::string KeepAside(const std::vector<NewFile>&) { return {}; }
+    /// The name that a failure is reported under, where it happened in `procedure`.
+    virtual std::string ReportName(const std::string& procedure) const { return procedure; }
 
     virtual void RaiseError(const Failure& failure) = 0;
     virtual void RaiseComplete(bool success) = 0;

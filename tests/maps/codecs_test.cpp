@@ -2,10 +2,12 @@
 #include <literal/maps_literal.h>
 #include <literal/seeded_planes.h>
 
+#include <random>
 #include <stdexcept>
 
 #include "maps/far_words.h"
-#include "maps/game_maps_self.h"
+#include "maps/plane_coding.h"
+#include "maps/rlew.h"
 #include "support/support.h"
 
 namespace tessaro {
@@ -62,27 +64,23 @@ TEST(Rlew, ExpandsAndTellsWhatWasMissing) {
         {"odd length", Hex("0300 0100 0200"), 0, -1, Hex("0100 0200 0000 0000"), clNone},
         {"empty run", Hex("0200 CDAB 0000 0500 0600"), 0, 0, Hex("0600 0000 0000 0000"), clNone},
     };
-    clsGameMaps maps;
-    auto& self = GameMapsInternals::SelfOf(maps);
     for (const Row& row : rows) {
         ByteArray cells(8);
         std::int32_t length = row.length;
-        enmCorruptLevel level = clNone;
-        EXPECT_TRUE(self.RLEWExpand(kTag, row.source, cells, length, level)) << row.name;
+        const RlewExpansion result =
+            RlewExpand(kTag, row.source, cells, length, LengthPrefix::Short, Overrun::Fails);
         EXPECT_EQ(cells, row.cells) << row.name;
         EXPECT_EQ(length, row.left) << row.name;
-        EXPECT_EQ(level, row.level) << row.name;
+        EXPECT_EQ(result.endedEarly, row.level == clHigh) << row.name;
     }
 
-    ByteArray cells(8192);
-    std::int32_t length = 0;
+    const PlaneForm form{.rlewTag = kTag, .rlewAlone = true};
     enmCorruptLevel level = clNone;
-    EXPECT_TRUE(self.RLEWExpand(kTag, Hex("0000 CDAB 0010 0500"), cells, length, level));
-    EXPECT_EQ(cells, FromWords(std::vector<int>(4096, 5)));
+    EXPECT_EQ(DecodePlane(Hex("0000 CDAB 0010 0500"), 4096, form, level),
+              FromWords(std::vector<int>(4096, 5)));
     EXPECT_EQ(level, clLow) << "a prefix of 0 stands for 8192";
     level = clHigh;
-    length = 0;
-    EXPECT_TRUE(self.RLEWExpand(kTag, Hex("0000 CDAB 0010 0500"), cells, length, level));
+    DecodePlane(Hex("0000 CDAB 0010 0500"), 4096, form, level);
     EXPECT_EQ(level, clHigh) << "only clNone is raised to clLow";
 }
 
@@ -134,18 +132,38 @@ TEST(Carmack, ExpandsEveryCode) {
     }
 }
 
-class CarmackExpansion : public test::InFolder {};
-
-TEST_F(CarmackExpansion, FailsOutsideItsArrays) {
-    clsGameMaps maps;
-    const auto& self = GameMapsInternals::SelfOf(maps);
+TEST(CarmackExpansion, FailsOutsideItsArrays) {
     for (const char* codes : {"", "05", "0100", "00A7", "02A7", "01A7 01", "0100 02A7 02",
                               "0100 02A8", "0100 02A8 00", "0100 02A8 0300", "0100 04A8 0000"}) {
         ByteArray words(8);
-        EXPECT_FALSE(self.CarmackExpand(Hex(codes), words, 8)) << codes;
-        EXPECT_EQ(ui_.LastPrompt(), "Error 9 in clsGameMaps.CarmackExpand: Subscript out of range");
+        EXPECT_THROW(CarmackExpand(Hex(codes), words, 8, {}), Failure) << codes;
     }
-    EXPECT_EQ(ui_.boxes.size(), 11u);
+}
+
+// Planes that the usual coding would not give back: words that look like its tags and counts.
+TEST(PlaneCoding, GivesBackWhateverAPlaneHolds) {
+    const std::vector<std::uint16_t> odd{0xABCD, 0xA701, 0xA712, 0xA8FF, 0xA700, 0x0003,
+                                         0x0001, 0xFFFF, 0x0000, 0x5AB,  0xCDAB, 0x8000};
+    std::mt19937 random(14);
+    for (int round = 0; round < 400; ++round) {
+        const std::size_t cells = 1 + random() % 600;
+        ByteWriter out;
+        std::uint16_t word = 0;
+        for (std::size_t i = 0; i < cells; ++i) {
+            if (random() % 3 != 0)
+                word = round % 4 == 0 ? static_cast<std::uint16_t>(random())
+                                      : odd[random() % odd.size()];
+            out.U16(word);
+        }
+        const PlaneForm form{round % 2 != 0 ? LengthPrefix::Long : LengthPrefix::Short, 0xABCD,
+                             round % 5 == 0 ? CarmackTags{0x12, 0x34} : CarmackTags{},
+                             round % 7 == 0};
+        enmCorruptLevel level = clNone;
+        const ByteArray cellBytes = out.Release();
+        ASSERT_EQ(DecodePlane(EncodePlane(cellBytes, form), cells, form, level), cellBytes)
+            << round;
+        ASSERT_EQ(level, clNone) << round;
+    }
 }
 
 TEST(Carmack, Packs) {

@@ -1,5 +1,5 @@
 // Changing the set of maps and the size of one map.
-#include "map_set.h"
+#include "small_maps.h"
 
 namespace tessaro {
 namespace {
@@ -59,7 +59,7 @@ TEST_F(MapChanges, ResizeRefusesWhatIsNoMap) {
 }
 
 TEST_F(MapChanges, AddMovesTheOthersUp) {
-    self_->maps[0].corruption = clHigh;
+    self_->set.maps[0].corruption = clHigh;
     maps_.AddMap(0);
     ASSERT_EQ(maps_.NumberOfMaps(), 3);
     EXPECT_EQ(maps_.MapName(0), "NEW");
@@ -93,20 +93,31 @@ TEST_F(MapChanges, RemoveMovesTheOthersDownAndBlanksTheLast) {
     ASSERT_EQ(maps_.NumberOfMaps(), 1);
     EXPECT_EQ(maps_.MapName(0), "");
     EXPECT_EQ(Planes(maps_, 0).Plane.at(1).Grid, std::vector<std::int32_t>(4096, 0));
-    EXPECT_EQ(self_->maps[0].record.width, 4) << "the record keeps its size";
-    EXPECT_EQ(self_->maps[0].record.planeOffsets[0], 80);
+    EXPECT_EQ(self_->set.maps[0].record.width, 4) << "the record keeps its size";
+    EXPECT_EQ(self_->set.maps[0].record.planeOffsets[0], 80);
 }
 
-TEST_F(MapChanges, HeaderSlotsFollowTheMaps) {
-    while (maps_.NumberOfMaps() < 100)
+TEST_F(MapChanges, TheHeaderHasASlotForEveryMap) {
+    while (maps_.NumberOfMaps() < 101)
         maps_.AddMap(0);
-    EXPECT_EQ(self_->headerSlots.size(), 100u);
-    maps_.AddMap(0);
-    EXPECT_EQ(self_->headerSlots.size(), 101u);
     ASSERT_TRUE(maps_.SaveMapFile());
     EXPECT_EQ(folder_.Read("MAPHEAD.TST").size(), 2u + 4 * 101);
     maps_.RemoveMap(0);
-    EXPECT_EQ(self_->headerSlots.size(), 100u);
+    ASSERT_TRUE(maps_.SaveMapFile());
+    EXPECT_EQ(folder_.Read("MAPHEAD.TST").size(), 2u + 4 * 100);
+}
+
+TEST_F(MapChanges, CellsAreWords) {
+    for (const auto& [value, kept] : {std::pair{65'535, 65'535}, {-1, 65'535}, {-32'768, 32'768}}) {
+        EXPECT_TRUE(maps_.SetMapCode(0, 0, 0, 0, value));
+        EXPECT_EQ(Cell(maps_, 0, 0, 0), kept);
+    }
+    for (const std::int32_t value : {65'536, 70'000, -32'769}) {
+        EXPECT_FALSE(maps_.SetMapCode(0, 0, 0, 0, value)) << value;
+        EXPECT_FALSE(maps_.ResizeMap(0, 9, 9, value)) << value;
+        EXPECT_EQ(ui_.LastPrompt(), "Error 6 in clsGameMaps.ResizeMap: Overflow");
+    }
+    EXPECT_EQ(Cell(maps_, 0, 0, 0), 32'768);
 }
 
 }  // namespace

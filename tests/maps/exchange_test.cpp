@@ -227,7 +227,9 @@ TEST_F(Exchange, ExportMultiMapGoesByTheExtension) {
     EXPECT_EQ(ReadBack("a.Rtc")[1].slot, 1);
     folder_.Write("a.txt", Ascii("old"));
     EXPECT_TRUE(maps.ExportMultiMap({0}, folder_.File("a.txt"), true));
-    EXPECT_TRUE(folder_.Read("a.txt").empty());
+    EXPECT_EQ(folder_.Read("a.txt"), Ascii("old")) << "no format, and nothing lost";
+    EXPECT_TRUE(maps.ExportMultiMap({0}, folder_.File("b.txt"), true));
+    EXPECT_TRUE(folder_.Read("b.txt").empty());
     EXPECT_TRUE(ui_.boxes.empty());
 
     EXPECT_FALSE(maps.ExportMultiMap({2, 0}, folder_.File("a.rtl"), true));

@@ -1,7 +1,8 @@
 // SaveMapFile: the bytes of both files, the events, and that nothing is lost when it fails.
 #include <algorithm>
+#include <functional>
 
-#include "map_set.h"
+#include "small_maps.h"
 #include "support/game.h"
 
 namespace tessaro {
@@ -11,10 +12,6 @@ using test::Ascii;
 using test::Hex;
 using test::Part;
 using test::operator+;
-
-constexpr const char* kHint =
-    "\r\n\r\nThere was a problem replacing your map files.  Your compiled files are intact, but "
-    "have a '.new' extension added to them.  You will need to correct this problem manually.";
 
 class MapSave : public test::SmallMaps {
 protected:
@@ -38,7 +35,7 @@ TEST_F(MapSave, WritesTheSetBackAndBacksUpTheOldOne) {
 
     maps_.CompileRLEWTAG(0x7FFE'0022);
     maps_.CompileNEARTAG(0x12);
-    ASSERT_TRUE(maps_.SetMapCode(1, 0, 3, 1, 0x1'1234));
+    ASSERT_TRUE(maps_.SetMapCode(1, 0, 3, 1, 0x1234));
     ASSERT_TRUE(maps_.SaveMapFile());
     const ByteArray data = folder_.Read("GAMEMAPS.TST");
     EXPECT_EQ(Part(data, 80, 13), Hex("0A00 1000 2200 0700 0300 001234"))
@@ -47,7 +44,8 @@ TEST_F(MapSave, WritesTheSetBackAndBacksUpTheOldOne) {
     EXPECT_EQ(BytesOf("backup/GAMEMAPS.TST.002"), test::SmallData());
     EXPECT_EQ(BytesOf("backup/MAPHEAD.TST.002"), test::SmallHeader());
     EXPECT_EQ(folder_.Read("MAPHEAD.TST")[0], 0x22);
-    EXPECT_EQ(Cell(maps_, 1, 0, 7), 0x1'1234) << "the cache keeps what the host set";
+    EXPECT_EQ(maps_.NEARTAG(), 0x12) << "what was written is read with these tags from now on";
+    EXPECT_EQ(maps_.LongRLEWTag(), 0x22);
 }
 
 TEST_F(MapSave, WritesRlewAloneForTheOlderKind) {
@@ -134,15 +132,14 @@ TEST_F(MapSave, KeepsTheOldFilesWhenANameIsTooLong) {
     EXPECT_FALSE(maps_.SaveMapFile());
     EXPECT_EQ(folder_.Read("GAMEMAPS.TST"), test::SmallData());
     const std::string text = std::string(
-                                 "Could not save map 1 due to map name being too long.  Change "
-                                 "length in project information.  Aborting.") +
-                             kHint;
+        "Could not save map 1 due to map name being too long.  Change "
+        "length in project information.  Aborting.");
     EXPECT_EQ(events_.seen, (std::vector<std::string>{"SaveStatus 1 2", "SaveError 2 " + text,
                                                       "SaveComplete False"}));
     ASSERT_EQ(ui_.boxes.size(), 1u);
     EXPECT_EQ(ui_.boxes[0].title, "clsGameMaps.SaveMapFile: DoRestore Error");
     EXPECT_EQ(ui_.boxes[0].prompt, "Error 1799 in clsGameMaps.SaveMapFile: DoRestore: " + text);
-    EXPECT_TRUE(folder_.Has("GAMEMAPS.TST.new"));
+    EXPECT_FALSE(folder_.Has("GAMEMAPS.TST.new")) << "nothing was complete";
 
     maps_.OutputMapNameSize(17);
     EXPECT_TRUE(maps_.SaveMapFile());
@@ -182,13 +179,12 @@ TEST_F(MapSave, RefusesWhatWouldNotReadBack) {
     const Row rows[] = {
         {"cells beyond 16 bits", 182, 5, "map 0 because its plane 0 is too large for 16-bit"},
         {"runs beyond a signed length", 181, 5, "map 0 because its plane 0 is too large for"},
-        {"no runs", 8, 1, "map 0 because its plane 0 has too few runs of equal cells"},
     };
     for (const Row& row : rows) {
         clsGameMaps maps;
         ASSERT_TRUE(maps.Initialize());
         ASSERT_TRUE(maps.ResizeMap(0, row.side, row.side, 0));
-        auto& grid = GameMapsInternals::SelfOf(maps).maps[0].planes.Plane[0].Grid;
+        auto& grid = GameMapsInternals::SelfOf(maps).set.maps[0].planes.Plane[0].Grid;
         for (std::size_t i = 0; i < grid.size(); ++i)
             grid[i] = static_cast<std::int32_t>(i / row.run);
         EXPECT_FALSE(maps.SaveMapFile()) << row.name;
@@ -204,6 +200,121 @@ TEST_F(MapSave, RefusesWhatWouldNotReadBack) {
     ASSERT_TRUE(again.Initialize());
     EXPECT_EQ(Cell(again, 0, 0, 89'999), 7);
     EXPECT_EQ(again.CorruptMap(0), clNone);
+}
+
+// What once was written so that it could not be read.
+TEST_F(MapSave, WhatItCallsDoneOpensAgain) {
+    struct Row {
+        const char* name;
+        std::int32_t side;
+        std::function<std::int32_t(std::int32_t cell)> value;
+    };
+    const Row rows[] = {
+        {"a word that looks like a copy", 8, [](int cell) { return cell == 9 ? 0xA712 : 1; }},
+        {"a word that looks like an escape", 8, [](int cell) { return cell == 9 ? 0xA700 : 1; }},
+        {"far tags among counts", 8, [](int cell) { return 0xA801 + cell % 3; }},
+        {"the tag alone", 8, [](int cell) { return cell == 5 ? 0xABCD : 2; }},
+        {"the tag twice, then a count", 8, [](int cell) { return cell < 2 ? 0xABCD : cell; }},
+        {"one cell", 1, [](int) { return 7; }},
+        {"no two cells alike", 64, [](int cell) { return cell; }},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        clsGameMaps maps;
+        ASSERT_TRUE(maps.Initialize());
+        ASSERT_TRUE(maps.ResizeMap(0, row.side, row.side, 0));
+        std::vector<std::int32_t> cells;
+        for (std::int32_t cell = 0; cell < row.side * row.side; ++cell) {
+            cells.push_back(row.value(cell));
+            ASSERT_TRUE(maps.SetMapCode(0, 0, cell % row.side, cell / row.side, cells.back()));
+        }
+        ASSERT_TRUE(maps.SaveMapFile()) << ui_.LastPrompt();
+        clsGameMaps again;
+        ASSERT_TRUE(again.Initialize());
+        EXPECT_EQ(Planes(again, 0).Plane.at(0).Grid, cells);
+        EXPECT_EQ(again.CorruptMap(0), clNone);
+    }
+}
+
+TEST_F(MapSave, WorksOnTheSettingsOfItsStart) {
+    maps_.SaveStatus = [&](std::int32_t, std::int32_t) {
+        maps_.SaveLengthsAsLong(true);
+        maps_.CompileRLEWTAG(5);
+        maps_.CompileNEARTAG(0xA8);
+        maps_.OutputMapPlanes(7);
+        ConfiguredGame().backupFolder = "";
+        ConfiguredGame().mapsAreVersion10 = true;
+        EXPECT_FALSE(maps_.SetMapCode(0, 0, 0, 0, 9));
+        EXPECT_EQ(maps_.OutputMapPlanes(), 7) << "reads back at once";
+    };
+    EXPECT_TRUE(maps_.SaveMapFile());
+    EXPECT_EQ(folder_.Read("GAMEMAPS.TST"), test::SmallData());
+    EXPECT_EQ(folder_.Read("MAPHEAD.TST"), test::SmallHeader());
+    ui_.boxes.clear();
+    maps_.SaveStatus = nullptr;
+    EXPECT_FALSE(maps_.SaveMapFile()) << "both tags are the same now";
+    EXPECT_NE(ui_.LastPrompt().find("near and the far tag"), std::string::npos);
+}
+
+TEST_F(MapSave, BelongsToTheGameItWasOpenedFor) {
+    const Game before = ConfiguredGame();
+    SharedStore().game = std::make_shared<Game>();
+    ConfiguredGame().mapHeaderFile = folder_.Write("OTHER.HED", test::SmallHeader());
+    ConfiguredGame().gameMapsFile = folder_.Write("OTHER.DAT", ByteArray(40));
+    maps_.CloseFile();
+    EXPECT_EQ(Cell(maps_, 1, 0, 0), 3) << "read from its own files";
+    ASSERT_TRUE(maps_.SetMapCode(1, 0, 0, 0, 8));
+    EXPECT_TRUE(maps_.SaveMapFile()) << ui_.LastPrompt();
+    EXPECT_NE(folder_.Read("GAMEMAPS.TST"), test::SmallData());
+    EXPECT_EQ(folder_.Read("OTHER.DAT"), ByteArray(40));
+    maps_.CloseFile();
+    clsGameMaps again;
+    SharedStore().game = std::make_shared<Game>(before);
+    ASSERT_TRUE(again.Initialize());
+    again.CloseFile();
+    folder_.Write("GAMEMAPS.TST", test::SmallData());
+    EXPECT_TRUE(Planes(again, 1).Plane.empty()) << "the file is not the one that was opened";
+    EXPECT_NE(ui_.LastPrompt().find("changed since it was read"), std::string::npos);
+}
+
+TEST_F(MapSave, KeepsWhatOtherToolsPutBehindTheOffsets) {
+    const ByteArray tail = Ascii("tile properties!");
+    const ByteArray header = test::SmallHeader() + tail;
+    folder_.Write("MAPHEAD.TST", header);
+    ASSERT_TRUE(maps_.Initialize());
+    ASSERT_TRUE(maps_.SaveMapFile());
+    EXPECT_EQ(folder_.Read("MAPHEAD.TST"), header);
+    maps_.OutputMapPlanes(4);  // puts a count in front
+    ASSERT_TRUE(maps_.SaveMapFile());
+    const ByteArray longer = folder_.Read("MAPHEAD.TST");
+    EXPECT_EQ(longer.size(), header.size() + 2);
+    EXPECT_EQ(Part(longer, 404), tail);
+
+    while (maps_.NumberOfMaps() < 99)
+        maps_.AddMap(0);
+    EXPECT_TRUE(maps_.SaveMapFile()) << "one slot still ends the list";
+    maps_.AddMap(0);
+    EXPECT_FALSE(maps_.SaveMapFile()) << "the tail would be read as maps";
+    EXPECT_NE(ui_.LastPrompt().find("properties of tiles"), std::string::npos);
+}
+
+TEST_F(MapSave, KeepsAProvenPairThatCannotBePutInPlace) {
+    folder_.Write("GAMEMAPS.TST.new", Ascii("somebody's"));
+    folder_.Write("backup", Ascii("no folder"));
+    ASSERT_TRUE(maps_.SetMapCode(0, 0, 0, 0, 9));
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        EXPECT_FALSE(maps_.SaveMapFile());
+        EXPECT_NE(ui_.LastPrompt().find("have a '.new' extension added to them."),
+                  std::string::npos);
+        EXPECT_EQ(folder_.Read("GAMEMAPS.TST"), test::SmallData());
+        EXPECT_EQ(folder_.Read("GAMEMAPS.TST.new.1"), Ascii("somebody's"));
+        EXPECT_FALSE(folder_.Has("GAMEMAPS.TST.new.2")) << "its own it replaces";
+    }
+    ConfiguredGame().gameMapsFile = folder_.File("GAMEMAPS.TST.new");
+    ConfiguredGame().mapHeaderFile = folder_.File("MAPHEAD.TST.new");
+    clsGameMaps aside;
+    ASSERT_TRUE(aside.Initialize());
+    EXPECT_EQ(Cell(aside, 0, 0, 0), 9);
 }
 
 TEST_F(MapSave, NeedsMapsSettingsAndABackupFolder) {
@@ -227,7 +338,7 @@ TEST_F(MapSave, NeedsMapsSettingsAndABackupFolder) {
     EXPECT_TRUE(fails()) << "the map that a failed AddMap leaves holds nothing";
     EXPECT_NE(events_.seen[2].find("Could not load map 2 in order to save.  Aborting."),
               std::string::npos);
-    GameMapsInternals::SelfOf(maps_).maps.clear();
+    GameMapsInternals::SelfOf(maps_).set.maps.clear();
     EXPECT_TRUE(fails());
 }
 
@@ -235,13 +346,16 @@ TEST_F(MapSave, NeedsMapsSettingsAndABackupFolder) {
 /// order of events survive, and the next save works.
 class MapSaveFaults : public MapSave {
 protected:
+    /// Whoever opens the set next finds it old or new.
     void CheckAfter(bool saved) {
-        if (!saved) {
-            EXPECT_TRUE(BytesOf("GAMEMAPS.TST") == test::SmallData() ||
-                        BytesOf("backup/GAMEMAPS.TST.001") == test::SmallData());
-            EXPECT_TRUE(BytesOf("MAPHEAD.TST") == test::SmallHeader() ||
-                        BytesOf("backup/MAPHEAD.TST.001") == test::SmallHeader());
-        }
+        clsGameMaps next;
+        ASSERT_TRUE(next.Initialize());
+        const ByteArray data = folder_.Read("GAMEMAPS.TST");
+        const bool isOld = data == test::SmallData();
+        EXPECT_TRUE(isOld || data == expected_);
+        EXPECT_EQ(folder_.Read("MAPHEAD.TST") == test::SmallHeader(), isOld);
+        EXPECT_TRUE(isOld || BytesOf("backup/GAMEMAPS.TST.001") == test::SmallData());
+        EXPECT_FALSE(saved && isOld);
         EXPECT_TRUE(events_.EndedOnce(saved));
         EXPECT_EQ(Cell(maps_, 0, 0, 0), 9);
     }
@@ -256,13 +370,19 @@ protected:
             ASSERT_TRUE(maps_.SetMapCode(0, 0, x, 0, 9));
         events_.seen.clear();
     }
+
+    void SetUp() override {
+        MapSave::SetUp();
+        Restart();
+        ASSERT_TRUE(maps_.SaveMapFile());
+        expected_ = folder_.Read("GAMEMAPS.TST");
+        ASSERT_NE(expected_, test::SmallData());
+    }
+
+    ByteArray expected_;
 };
 
 TEST_F(MapSaveFaults, OneFailingOperationLosesNothing) {
-    Restart();
-    ASSERT_TRUE(maps_.SaveMapFile());
-    const ByteArray expected = folder_.Read("GAMEMAPS.TST");
-    ASSERT_NE(expected, test::SmallData());
     test::EachFailure(
         15, [&] { Restart(); }, [&] { return maps_.SaveMapFile(); },
         [&](bool saved) {
@@ -272,7 +392,7 @@ TEST_F(MapSaveFaults, OneFailingOperationLosesNothing) {
                 EXPECT_EQ(folder_.Read("GAMEMAPS.TST"), test::SmallData());
                 EXPECT_TRUE(maps_.SaveMapFile());
             }
-            EXPECT_EQ(folder_.Read("GAMEMAPS.TST"), expected);
+            EXPECT_EQ(folder_.Read("GAMEMAPS.TST"), expected_);
         });
 }
 

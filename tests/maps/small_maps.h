@@ -5,6 +5,15 @@
 #include "maps/game_maps_self.h"
 #include "support/saving.h"
 
+namespace tessaro {
+
+/// A name without the padding behind its first zero byte.
+inline std::string DisplayName(const std::string& name) {
+    return name.substr(0, name.find('\0'));
+}
+
+}  // namespace tessaro
+
 namespace tessaro::test {
 
 /// A stored plane of eight cells that hold the same byte: both lengths, then one run.
