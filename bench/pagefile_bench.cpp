@@ -50,8 +50,9 @@ struct GameSet {
             if (root == nullptr)
                 return loaded;
             loaded.path = JoinPath(JoinPath(root, "wl1"), "VSWAP.WL1");
-            PageIndex index;
-            index.OpenPageFile(loaded.path);
+            Game game;
+            game.vswapFile = loaded.path;
+            const PageIndex index = PageIndex::Open(game, *DiskFiles());
             for (std::int32_t chunk = 0; chunk < index.walls + index.sprites; ++chunk) {
                 ByteArray stored = index.Read(chunk);
                 if (stored.empty())

@@ -74,6 +74,9 @@ public:
     ///         named the item, or, where the failure lay outside any, the one where the save
     ///         stood; it is not raised when a file could not be backed up.
     bool SaveVSwap(enmVSWAPCompression Compression);
+    /// From a handler of SaveStatus alone: ends the save, which then fails with "The save was
+    /// stopped." Anywhere else it fails with number 5.
+    void StopSave();
 
     SaveStatusEvent SaveStatus;
     /// The item that cannot be written, or where the save stood, within its kind.

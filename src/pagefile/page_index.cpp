@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "foundation/store.h"
+#include "foundation/names.h"
 
 namespace tessaro {
 namespace {
@@ -12,14 +12,23 @@ constexpr std::int32_t kMarkedEmpty = 65535;
 
 }  // namespace
 
-void PageIndex::OpenPageFile(const std::string& file) {
-    path = file;
-    page = File(path, FileMode::Read);
-    const ByteArray head = page.ReadAt(0, 2);
-    ByteReader first(head);
-    const ByteArray tables =
-        page.ReadAt(0, static_cast<std::int64_t>(PageTable::Size(PageTable::ChunksIn(first))));
-    ByteReader in(tables);
+PageIndex PageIndex::Open(const Game& game, const Files& files) {
+    PageIndex index;
+    index.page = DataFile::Read(files, game.vswapFile);
+    index.IndexPages();
+    try {
+        index.IndexSounds(files, JoinPath(game.dataPath, "AUDIOMUS." + game.dataExtension));
+    } catch (...) {
+        index.soundsFailed = true;
+        index.sounds.clear();
+    }
+    return index;
+}
+
+void PageIndex::IndexPages() {
+    ByteReader first(page.At(0, 2));
+    ByteReader in(
+        page.At(0, static_cast<std::int64_t>(PageTable::Size(PageTable::ChunksIn(first)))));
     PageTable table = PageTable::ReadFrom(in);
 
     fileChunks = static_cast<std::int32_t>(table.offsets.size());
@@ -31,28 +40,22 @@ void PageIndex::OpenPageFile(const std::string& file) {
     storedLengths = std::move(table.lengths);
 }
 
-void PageIndex::IndexSounds() {
+void PageIndex::IndexSounds(const Files& files, const std::string& extraPath) {
+    if (files.Kind(extraPath))
+        extra = DataFile::Read(files, extraPath);
     hasSoundList = soundStart < fileChunks;
     if (hasSoundList) {
         sounds = ReadSoundList(Read(fileChunks - 1), SoundListForm::Short);
         WalkSounds(sounds, soundStart, SoundListForm::Short);
     }
-    Game& store = ConfiguredGame();
-    extraPath = JoinPath(store.dataPath, "AUDIOMUS." + store.dataExtension);
-    if (!FileExists(extraPath))
-        extraPath.clear();
-    store.audioMusFile = extraPath;
-    if (!extraPath.empty())
+    if (extra.WasRead())
         IndexExtraFile();
 }
 
 void PageIndex::IndexExtraFile() {
     firstExtraChunk = fileChunks;
-    extra = File(extraPath, FileMode::Read);
     const std::int64_t size = extra.Size();
-    const ByteArray last =
-        extra.ReadAt(size - static_cast<std::int64_t>(kSoundPageSize), kSoundPageSize);
-    ByteReader in(last);
+    ByteReader in(extra.At(size - static_cast<std::int64_t>(kSoundPageSize), kSoundPageSize));
     const ExtraTable table = ExtraTable::ReadFrom(in, size);
     offsets.insert(offsets.end(), table.offsets.begin(), table.offsets.end());
     for (std::vector<std::int32_t>* all : {&lengths, &storedLengths})
@@ -65,7 +68,6 @@ void PageIndex::IndexExtraFile() {
     if (!more.empty() && more.front().length == 0) {
         extraForm = SoundListForm::Long;
         more = ReadSoundList(list, extraForm);
-        ConfiguredGame().readSoundLengthsAsLong = true;
     }
     if (sounds.size() < 2) {
         if (!sounds.empty())
@@ -102,14 +104,16 @@ void PageIndex::WalkSounds(std::vector<SoundEntry>& entries, std::int32_t firstC
     std::erase_if(entries, [](const SoundEntry& entry) { return entry.startPage < 0; });
 }
 
-void PageIndex::GiveUpSounds() {
-    soundsFailed = true;
-    sounds.clear();
+void PageIndex::Close() {
+    page.Close();
+    extra.Close();
 }
 
-void PageIndex::Close() {
-    page.Release();
-    extra.Release();
+void PageIndex::Reopen(const Files& files) {
+    for (DataFile* file : {&page, &extra}) {
+        if (file->WasRead())
+            file->Reopen(files);
+    }
 }
 
 bool PageIndex::HasPlace(std::int32_t chunk) const {
@@ -126,12 +130,13 @@ void PageIndex::Check(std::int32_t chunk) const {
         throw Failure(kSubscriptOutOfRange);
 }
 
-ByteArray PageIndex::ReadBytes(std::int32_t chunk, std::int32_t length) {
-    File& file = HasExtraFile() && chunk >= firstExtraChunk ? extra : page;
-    return file.ReadAt(offsets[static_cast<std::size_t>(chunk)], length);
+ByteArray PageIndex::ReadBytes(std::int32_t chunk, std::int32_t length) const {
+    const DataFile& file = HasExtraFile() && chunk >= firstExtraChunk ? extra : page;
+    const ByteSpan bytes = file.At(offsets[static_cast<std::size_t>(chunk)], length);
+    return {bytes.begin(), bytes.end()};
 }
 
-ByteArray PageIndex::Read(std::int32_t chunk) {
+ByteArray PageIndex::Read(std::int32_t chunk) const {
     Check(chunk);
     return HasData(chunk) ? ReadBytes(chunk, lengths[static_cast<std::size_t>(chunk)])
                           : ByteArray();
@@ -167,14 +172,26 @@ std::int32_t PageIndex::StoredLength(std::int32_t chunk, std::int32_t listLength
     return stored;
 }
 
-StoredSound PageIndex::ReadSound(std::int32_t chunk, std::int32_t listLength) {
+StoredSound PageIndex::ReadSound(std::int32_t chunk, std::int32_t listLength) const {
     const std::int32_t length = StoredLength(chunk, listLength);
     if (!HasPlace(chunk))
         return {};
     return {ReadBytes(chunk, length), MarksEmpty(chunk, listLength) ? kMarkedEmpty : length};
 }
 
-StoredSound PageIndex::ReadReplacedSound() {
+StoredSound PageIndex::ReadServedSound(std::size_t sound) const {
+    const auto chunk = SoundChunk(sound);
+    if (!chunk)
+        return {};
+    if (ByteArray served = Read(*chunk); !served.empty()) {
+        const auto length = static_cast<std::int32_t>(served.size());
+        return {std::move(served), length};
+    }
+    const std::int32_t listLength = sounds[sound].length;
+    return MarksEmpty(*chunk, listLength) ? ReadSound(*chunk, listLength) : StoredSound{};
+}
+
+StoredSound PageIndex::ReadReplacedSound() const {
     const std::int32_t chunk = soundStart + replacedSound->startPage;
     const std::int32_t listLength = replacedSound->length;
     StoredSound sound{ReadWhatIsThere(chunk, StoredLength(chunk, listLength))};
@@ -184,12 +201,14 @@ StoredSound PageIndex::ReadReplacedSound() {
     return sound;
 }
 
-ByteArray PageIndex::ReadWhatIsThere(std::int32_t chunk, std::int32_t length) {
+ByteArray PageIndex::ReadWhatIsThere(std::int32_t chunk, std::int32_t length) const {
     if (!HasPlace(chunk))
         return {};
     const std::int64_t offset = offsets[static_cast<std::size_t>(chunk)];
     const std::int64_t there = std::max<std::int64_t>(page.Size() - offset, 0);
-    return page.ReadAt(std::min(offset, page.Size()), std::min<std::int64_t>(length, there));
+    const ByteSpan bytes =
+        page.At(std::min(offset, page.Size()), std::min<std::int64_t>(length, there));
+    return {bytes.begin(), bytes.end()};
 }
 
 }  // namespace tessaro

@@ -5,9 +5,10 @@
 #include <optional>
 #include <vector>
 
+#include "foundation/data_file.h"
+#include "foundation/game.h"
 #include "pagefile/extra_sounds.h"
 #include "pagefile/page_file.h"
-#include "platform/file.h"
 
 namespace tessaro {
 
@@ -21,10 +22,8 @@ struct StoredSound {
 };
 
 struct PageIndex {
-    std::string path;
-    std::string extraPath;  ///< empty where there is no extra sound file
-    File page;
-    File extra;
+    DataFile page;
+    DataFile extra;  ///< never read where there is no extra sound file
 
     std::int32_t walls = 0;    ///< chunks from 0
     std::int32_t sprites = 0;  ///< chunks from `walls`
@@ -41,16 +40,17 @@ struct PageIndex {
     std::int32_t soundCount = 0;
     /// The page file's only sound, where the extra file's list took its place.
     std::optional<SoundEntry> replacedSound;
+    /// Sounds that cannot be indexed leave a set of walls and sprites.
     bool soundsFailed = false;
 
-    /// Opens the page file and reads its tables.
-    void OpenPageFile(const std::string& file);
-    /// Finds the sounds of the page file, then opens the extra sound file where the data folder
-    /// has one, and finds those.
-    void IndexSounds();
-    /// Leaves the set without sounds, though with the count that was reached.
-    void GiveUpSounds();
+    /// Reads the page file that is configured, and the extra sound file beside the game where it
+    /// has one.
+    static PageIndex Open(const Game& game, const Files& files);
     void Close();
+    /// Reads closed files again; fails where they are no longer what was read.
+    void Reopen(const Files& files);
+
+    bool HasLongLengths() const { return extraForm == SoundListForm::Long; }
 
     bool IsHiRes() const { return storedLengths[0] == 16384; }
     bool HasExtraFile() const { return firstExtraChunk > 0; }
@@ -58,25 +58,30 @@ struct PageIndex {
     /// Offset 0 means no data in the page file alone: in the extra one it is the first page.
     bool HasPlace(std::int32_t chunk) const;
     /// The bytes of a chunk; no bytes where it has no data.
-    ByteArray Read(std::int32_t chunk);
+    ByteArray Read(std::int32_t chunk) const;
     /// The first chunk of a sound; nothing where it has none.
     std::optional<std::int32_t> SoundChunk(std::size_t sound) const;
     /// Everything stored of a sound, also of one that reads as empty. The length is the one of its
     /// own entry: another entry may name the same first page.
-    StoredSound ReadSound(std::int32_t chunk, std::int32_t listLength);
+    StoredSound ReadSound(std::int32_t chunk, std::int32_t listLength) const;
+    /// A sound as callers get it: where two entries name one first page, the later one's length
+    /// counts for both. One that reads as empty has what is stored of it all the same.
+    StoredSound ReadServedSound(std::size_t sound) const;
     /// The same of `replacedSound`, as far as the file holds it.
-    StoredSound ReadReplacedSound();
+    StoredSound ReadReplacedSound() const;
     /// So many bytes from the start of a chunk of the page file, as far as the file holds them.
-    ByteArray ReadWhatIsThere(std::int32_t chunk, std::int32_t length);
+    ByteArray ReadWhatIsThere(std::int32_t chunk, std::int32_t length) const;
 
 private:
+    void IndexPages();
+    void IndexSounds(const Files& files, const std::string& extraPath);
     void IndexExtraFile();
     void WalkSounds(std::vector<SoundEntry>& entries, std::int32_t firstChunk, SoundListForm form);
     /// Fails with number 9 where there is no such chunk.
     void Check(std::int32_t chunk) const;
     bool MarksEmpty(std::int32_t chunk, std::int32_t listLength) const;
     std::int32_t StoredLength(std::int32_t chunk, std::int32_t listLength) const;
-    ByteArray ReadBytes(std::int32_t chunk, std::int32_t length);
+    ByteArray ReadBytes(std::int32_t chunk, std::int32_t length) const;
 };
 
 }  // namespace tessaro

@@ -1,6 +1,7 @@
 #include "tessaro/vswap.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "foundation/guard.h"
 #include "foundation/store.h"
@@ -9,6 +10,8 @@
 #include "pagefile/sprite_chunk.h"
 #include "pagefile/vswap_self.h"
 #include "platform/system.h"
+#include "saving/recovery.h"
+#include "saving/save_set.h"
 
 namespace tessaro {
 namespace {
@@ -28,55 +31,43 @@ void SetCount(std::int32_t& count, std::vector<PageItem>& items, std::int32_t va
         items.resize(static_cast<std::size_t>(value));
 }
 
-/// A BMP image back to a sprite chunk.
-/// @return False, with the reason in the error state, where it is not 8 bits per pixel.
-bool FixSpriteData(ByteSpan image, ByteArray& chunk, enmVSWAPCompression compression) {
+/// A BMP image back to a sprite chunk; nothing where it is not 8 bits per pixel.
+std::optional<ByteArray> FixSpriteData(ByteSpan image, enmVSWAPCompression compression) {
     const ColumnsOfImage stripped = StripToColumns(image);
-    if (stripped.bitsPerPixel != 8) {
-        SharedStore().errorState.Description = "BMP was not 256 colors.";
-        return false;
-    }
+    if (stripped.bitsPerPixel != 8)
+        return std::nullopt;
     // Looking for shared pixels takes far more than twice the time for twice the pixels.
     if (std::max(stripped.width, stripped.height) > kLargestSpriteSide)
         throw Failure(kInvalidProcedureCall, "The BMP has " + std::to_string(stripped.width) +
                                                  " x " + std::to_string(stripped.height) +
                                                  " pixels. A sprite has at most 128 x 128.");
-    chunk = CompileSprite(stripped.columns, stripped.height, compression);
-    return true;
+    return CompileSprite(stripped.columns, stripped.height, compression);
 }
 
 }  // namespace
 
 bool FixWallData(ByteSpan image, ByteArray& chunk, ImageSize& size) {
-    return Guarded("clsVSwap.FixWallData", [&] {
-        ColumnsOfImage stripped = StripToColumns(image);
-        size = {stripped.width, stripped.height};
-        if (stripped.bitsPerPixel != 8)
-            return false;
-        chunk = std::move(stripped.columns);
-        return true;
-    });
+    ColumnsOfImage stripped = StripToColumns(image);
+    size = {stripped.width, stripped.height};
+    if (stripped.bitsPerPixel != 8)
+        return false;
+    chunk = std::move(stripped.columns);
+    return true;
 }
 
-bool clsVSwap::Self::LoadSwapFile(const std::string& path) {
-    return Guarded("clsVSwap.LoadSwapFile", [&] {
-        index.Close();
-        PageIndex fresh;
-        fresh.OpenPageFile(path);
-        bool soundsFound = true;
-        try {
-            fresh.IndexSounds();
-        } catch (...) {  // a set without sounds is still a set of walls and sprites
-            fresh.GiveUpSounds();
-            soundsFound = false;
-        }
-        index = std::move(fresh);
-        hiResInput = index.IsHiRes();
-        wallSize = spriteSize = hiResInput ? 128 : 64;
-        if (!soundsFound)
-            CurrentUserInterface().MsgBox("Unable to load digital sounds", mbInformation,
-                                          "Error loading digital sounds", "", 0);
-        return true;
+PageIndex& clsVSwap::Self::Opened() {
+    if (game)
+        index.Reopen(*game->files);
+    return index;
+}
+
+void clsVSwap::Self::Serve(PageIndex&& fresh) {
+    index = std::move(fresh);
+    hiResInput = index.IsHiRes();
+    wallSize = spriteSize = hiResInput ? 128 : 64;
+    finding = game->Take([mus = index.extra.Path(), isLong = index.HasLongLengths()](Game& found) {
+        found.audioMusFile = mus;
+        found.readSoundLengthsAsLong = isLong;
     });
 }
 
@@ -102,11 +93,22 @@ bool clsVSwap::Initialize() {
     return Guarded("clsVSwap.Initialize", [&] {
         self_->saving.RefuseChange();
         *self_ = Self();
-        self_->outputPageSize = ConfiguredGame().hiResOutput ? 16384 : 4096;
-        const std::string path = ConfiguredGame().vswapFile;
-        if (path.empty() || !self_->LoadSwapFile(path))
+        const std::shared_ptr<Game> game = SharedStore().game;
+        self_->outputPageSize = game->hiResOutput ? 16384 : 4096;
+        if (game->vswapFile.empty())
             return false;
+        std::vector<std::string> notices;
+        PageIndex index = Step("clsVSwap.LoadSwapFile", [&] {
+            return ReadSet(*game->files, {game->vswapFile}, notices,
+                           [&](const Files& files) { return PageIndex::Open(*game, files); });
+        });
+        self_->game = game;
+        self_->Serve(std::move(index));
         self_->TakeOver();
+        ShowNotices(notices);
+        if (self_->index.soundsFailed)
+            CurrentUserInterface().MsgBox("Unable to load digital sounds", mbInformation,
+                                          "Error loading digital sounds", "", 0);
         return true;
     });
 }
@@ -158,7 +160,7 @@ std::int32_t clsVSwap::NumberOfChunks() const {
 
 void clsVSwap::LoadChunk(std::int32_t ChunkNum, ByteArray& Data) {
     Guarded("clsVSwap.LoadChunk", [&] {
-        ByteArray bytes = self_->index.Read(ChunkNum);
+        ByteArray bytes = self_->Opened().Read(ChunkNum);
         if (bytes.empty())
             bytes = kNoData;
         Data = std::move(bytes);
@@ -172,7 +174,7 @@ bool clsVSwap::LoadWall(std::int32_t WallNum, ByteArray& Data) {
             ByteArray image = kNoData;
             // Walls that the host added have no chunk.
             if (WallNum < self_->index.walls) {
-                const ByteArray chunk = self_->index.Read(WallNum);
+                const ByteArray chunk = self_->Opened().Read(WallNum);
                 if (!chunk.empty()) {
                     self_->wallSize = chunk.size() == kHiResChunk ? 128 : 64;
                     image = ImageOfColumns(chunk, self_->wallSize);
@@ -191,7 +193,7 @@ bool clsVSwap::LoadSprite(std::int32_t SpriteNum, ByteArray& Data) {
         if (sprite.from == PageItem::From::File) {
             ByteArray image = kNoData;
             if (SpriteNum < self_->index.sprites) {
-                const ByteArray chunk = self_->index.Read(self_->index.walls + SpriteNum);
+                const ByteArray chunk = self_->Opened().Read(self_->index.walls + SpriteNum);
                 if (!chunk.empty())
                     image =
                         ImageOfColumns(DecodeSprite(chunk, self_->spriteSize), self_->spriteSize);
@@ -208,7 +210,7 @@ bool clsVSwap::LoadSound(std::int32_t SoundNum, ByteArray& Data, std::int32_t& L
         PageItem& sound = self_->ItemAt(self_->sounds, SoundNum);
         if (sound.from == PageItem::From::File) {
             const auto chunk = self_->index.SoundChunk(static_cast<std::size_t>(SoundNum));
-            ByteArray image = chunk ? self_->index.Read(*chunk) : ByteArray();
+            ByteArray image = chunk ? self_->Opened().Read(*chunk) : ByteArray();
             const auto samples = static_cast<std::int32_t>(image.size());
             if (samples > 0)
                 modAddWAVHeader::AddWaveHeader(samples, image);
@@ -229,15 +231,15 @@ std::int32_t clsVSwap::GetSpriteCompressedSize(const ByteArray& Data,
         [&] {
             if (Data.size() <= 1)
                 return 1;
-            ByteArray chunk;
-            return FixSpriteData(Data, chunk, Compression) ? Narrow<std::int32_t>(chunk.size())
-                                                           : -1;
+            const auto chunk = FixSpriteData(Data, Compression);
+            return chunk ? Narrow<std::int32_t>(chunk->size()) : -1;
         },
         -1);
 }
 
 void clsVSwap::SetChunkData(std::int32_t Chunk, const ByteArray& Data) {
     Guarded("clsVSwap.SetChunkData", [&] {
+        self_->saving.RefuseChange();
         const std::int32_t walls = self_->numberOfWalls;
         PageItem& item = Chunk < walls ? self_->ItemAt(self_->walls, Chunk)
                                        : self_->ItemAt(self_->sprites, Chunk - walls);
@@ -247,6 +249,7 @@ void clsVSwap::SetChunkData(std::int32_t Chunk, const ByteArray& Data) {
 
 void clsVSwap::SetSoundData(std::int32_t SoundNum, const ByteArray& Data) {
     Guarded("clsVSwap.SetSoundData", [&] {
+        self_->saving.RefuseChange();
         PageItem& item = self_->ItemAt(self_->sounds, SoundNum);
         PageItem sound{PageItem::From::Host, Data};
         if (sound.HasData()) {

@@ -1,12 +1,15 @@
 // Saving: everything is converted and laid out in memory first, so that the old files are read
 // whole before any of them moves.
+#include <algorithm>
+
 #include "foundation/guard.h"
 #include "foundation/store.h"
 #include "images/wav_image.h"
 #include "pagefile/column_images.h"
 #include "pagefile/sprite_chunk.h"
 #include "pagefile/vswap_self.h"
-#include "saving/replace_files.h"
+#include "saving/recovery.h"
+#include "saving/save_set.h"
 
 namespace tessaro {
 namespace {
@@ -26,36 +29,54 @@ constexpr std::string_view kProcedure = "clsVSWAP.SaveVSwap";
 }  // namespace
 
 /// One save of one object.
-class PageFileSave {
+class PageFileSave final : public SetSave {
 public:
     PageFileSave(clsVSwap& owner, enmVSWAPCompression compression)
-        : owner_(owner),
+        : SetSave(kProcedure, owner.self_->game ? owner.self_->game : SharedStore().game,
+                  owner.self_->saving),
+          owner_(owner),
           self_(*owner.self_),
           compression_(compression),
           pageFile_(compression == vcOriginal ? 512 : 1) {}
 
-    bool Run();
+    std::vector<NewFile> Write() override;
+    void Prove(const Files& files) override;
+    std::vector<DataFile*> Read() override;
+    std::vector<std::string> Changed() const override;
+    void Adopt() override {
+        if (inPlace_)
+            self_.Serve(std::move(reread_));
+    }
+    void PutBack() override;
+    void RaiseError(const Failure&) override {
+        if (owner_.SaveError)
+            owner_.SaveError(number_, kind_);
+    }
+    void RaiseComplete(bool success) override {
+        if (owner_.SaveComplete)
+            owner_.SaveComplete(success);
+    }
 
 private:
     std::vector<NewFile> Build();
     template <class Save>
     void SaveAll(enmChunkType kind, const std::vector<PageItem>& items, Save&& save);
-    void SaveWall();
-    void SaveSprite(std::int32_t side);
+    ByteArray WallChunk();
+    ByteArray SpritePixels();
+    void SaveSprite();
     void SaveSound();
     ByteArray SamplesOf(const PageItem& sound);
     void SaveReplacedSound();
     void StoreSound(bool inExtraFile, const StoredSound& sound);
     void PassSoundsThrough();
+    [[noreturn]] void RefuseProof(enmChunkType kind, std::size_t number);
 
     PageItem& Item(std::vector<PageItem>& items) { return self_.ItemAt(items, number_); }
     std::string Headline() const;
-    void RefuseOtherSprite(std::int32_t width, std::int32_t height, std::int32_t side);
+    void RefuseOtherSprite(std::int32_t width, std::int32_t height);
     [[noreturn]] void Refuse(std::int32_t code, const std::string& reason,
                              const std::string& solutions);
     Failure Named(Failure failure) const;
-    void RaiseComplete(bool success);
-    void Reload();
 
     clsVSwap& owner_;
     clsVSwap::Self& self_;
@@ -63,6 +84,13 @@ private:
     PageFileImage pageFile_;
     std::optional<ExtraFileImage> extraFile_;
     std::vector<SoundEntry> list_;  ///< of the page file
+    std::int32_t side_ = 64;        ///< of the sprites written
+    bool inPlace_ = false;
+
+    // What has to be read back: chunks of walls, pixels of sprites (none: no data), sounds.
+    std::vector<ByteArray> walls_, sprites_;
+    std::vector<StoredSound> sounds_;
+    PageIndex reread_;
 
     // Where the save stands, for the events and the texts.
     enmChunkType kind_ = ctWall;
@@ -103,68 +131,83 @@ void PageFileSave::SaveAll(enmChunkType kind, const std::vector<PageItem>& items
     for (std::size_t i = 0; i < items.size(); ++i) {
         number_ = static_cast<std::int32_t>(i);
         save();
-        if (owner_.SaveStatus)
-            owner_.SaveStatus(static_cast<std::int32_t>(before + i) + 1,
-                              static_cast<std::int32_t>(total));
+        Flag().Status([&] {
+            if (owner_.SaveStatus)
+                owner_.SaveStatus(static_cast<std::int32_t>(before + i) + 1,
+                                  static_cast<std::int32_t>(total));
+        });
     }
     converting_ = false;
 }
 
-void PageFileSave::SaveWall() {
+/// A wall as it will be stored; no bytes where it has no data.
+ByteArray PageFileSave::WallChunk() {
     const PageItem& wall = Item(self_.walls);
-    if (wall.from != PageItem::From::Host) {
-        pageFile_.AddChunk(number_ < self_.index.walls ? self_.index.Read(number_) : ByteArray());
-        return;
-    }
-    if (!wall.HasData()) {
-        pageFile_.AddChunk({});
-        return;
-    }
+    if (wall.from != PageItem::From::Host)
+        return number_ < self_.index.walls ? self_.index.Read(number_) : ByteArray();
+    if (!wall.HasData())
+        return {};
     ByteArray chunk;
     ImageSize size;
-    if (!FixWallData(wall.image, chunk, size))
-        Refuse(kWallNotIndexed, "BMP was not 256 colors.", "1) Convert the BMP to 256 colors.");
+    std::string reason = "BMP was not 256 colors.";
+    bool fixed = false;
+    try {
+        fixed = FixWallData(wall.image, chunk, size);
+    } catch (const Failure& failure) {  // the image is damaged
+        reason = failure.Description;
+    }
+    if (!fixed)
+        Refuse(kWallNotIndexed, reason, "1) Convert the BMP to 256 colors.");
     if (size.width != size.height || (size.width != 64 && size.width != 128))
         Refuse(kInvalidProcedureCall,
                "The BMP has " + std::to_string(size.width) + " x " + std::to_string(size.height) +
                    " pixels. A wall has 64 x 64 or 128 x 128.",
                "1) Change the size of the BMP.");
-    pageFile_.AddChunk(chunk);
+    return chunk;
 }
 
-void PageFileSave::RefuseOtherSprite(std::int32_t width, std::int32_t height, std::int32_t side) {
-    if (width != side || height != side)
+void PageFileSave::RefuseOtherSprite(std::int32_t width, std::int32_t height) {
+    if (width != side_ || height != side_)
         Refuse(kInvalidProcedureCall,
                "The BMP has " + std::to_string(width) + " x " + std::to_string(height) +
-                   " pixels. The sprites of this set have " + std::to_string(side) + " x " +
-                   std::to_string(side) + ", as its first wall.",
+                   " pixels. The sprites of this set have " + std::to_string(side_) + " x " +
+                   std::to_string(side_) + ", as its first wall.",
                "1) Change the size of the BMP.");
 }
 
-void PageFileSave::SaveSprite(std::int32_t side) {
+/// A sprite's pixels, column by column; none where it has no data.
+ByteArray PageFileSave::SpritePixels() {
     const PageItem& sprite = Item(self_.sprites);
-    const bool set = sprite.from == PageItem::From::Host;
-    ByteArray chunk;
-    if (set && sprite.HasData()) {
-        const ColumnsOfImage image = StripToColumns(sprite.image);
+    if (sprite.from == PageItem::From::Host) {
+        if (!sprite.HasData())
+            return {};
+        ColumnsOfImage image = StripToColumns(sprite.image);
         if (image.bitsPerPixel != 8)
             Refuse(kSpriteNotIndexed, "BMP was not 256 colors.",
                    "1) Convert the BMP to 256 colors.");
-        RefuseOtherSprite(image.width, image.height, side);
-        chunk = CompileSprite(image.columns, side, compression_);
-    } else if (!set && number_ < self_.index.sprites) {
-        const ByteArray stored = self_.index.Read(self_.index.walls + number_);
-        if (!stored.empty()) {
-            RefuseOtherSprite(self_.spriteSize, self_.spriteSize, side);
-            chunk = CompileSprite(DecodeSprite(stored, side), side, compression_);
-        }
+        RefuseOtherSprite(image.width, image.height);
+        return std::move(image.columns);
     }
+    if (number_ >= self_.index.sprites)
+        return {};
+    const ByteArray stored = self_.index.Read(self_.index.walls + number_);
+    if (stored.empty())
+        return {};
+    RefuseOtherSprite(self_.spriteSize, self_.spriteSize);
+    return DecodeSprite(stored, side_);
+}
+
+void PageFileSave::SaveSprite() {
+    ByteArray pixels = SpritePixels();
+    const ByteArray chunk =
+        pixels.empty() ? ByteArray() : CompileSprite(pixels, side_, compression_);
     if (std::cmp_greater(chunk.size(), self_.outputPageSize))
         Refuse(kSpriteTooBig,
                "Compressed sprite data too big (" + std::to_string(chunk.size()) +
                    ", MAX: " + std::to_string(self_.outputPageSize) + ").",
                "1) Reduce the amount of transparent areas.\r\n2) Reduce the sprite's size.");
     pageFile_.AddChunk(chunk);
+    sprites_.push_back(std::move(pixels));
 }
 
 /// The samples of a sound that the host set.
@@ -193,17 +236,16 @@ void PageFileSave::SaveSound() {
         stored.bytes = SamplesOf(sound);
         stored.listLength = Narrow<std::int32_t>(stored.bytes.size());
     } else {
-        const auto i = static_cast<std::size_t>(number_);
-        if (const auto chunk = self_.index.SoundChunk(i))
-            stored = self_.index.ReadSound(*chunk, self_.index.sounds[i].length);
+        stored = self_.index.ReadServedSound(static_cast<std::size_t>(number_));
     }
-    const bool anyLength = inExtraFile && ConfiguredGame().readSoundLengthsAsLong;
+    const bool anyLength = inExtraFile && self_.index.HasLongLengths();
     if (stored.bytes.size() > kLongestSound && !anyLength)
         Refuse(kSoundTooBig,
                "Sound data too big (" + std::to_string(stored.bytes.size()) +
                    ", MAX: " + std::to_string(kLongestSound) + ").",
                "1) Shorten the sound.\r\n2) Use a different WAV file.");
     StoreSound(inExtraFile, stored);
+    sounds_.push_back(std::move(stored));
 }
 
 /// Nobody hears the sound whose place the extra file's list took, and nobody can replace it: it is
@@ -226,25 +268,48 @@ void PageFileSave::StoreSound(bool inExtraFile, const StoredSound& sound) {
     }
 }
 
-std::vector<NewFile> PageFileSave::Build() {
-    const SavingFlag::Scope scope(self_.saving);
-    PageIndex& index = self_.index;
-    std::vector<NewFile> files{{ConfiguredGame().OutputPath(index.path), {}}};
-    if (!index.extraPath.empty())
-        files.push_back({ConfiguredGame().OutputPath(index.extraPath), {}});
+std::vector<NewFile> PageFileSave::Write() {
+    if (!self_.index.page.WasRead())
+        throw Failure(kBadFileNameOrNumber);
+    try {
+        return Build();
+    } catch (...) {
+        throw Named(CurrentFailure());
+    }
+}
 
-    SaveAll(ctWall, self_.walls, [&] { SaveWall(); });
+std::vector<NewFile> PageFileSave::Build() {
+    PageIndex& index = self_.Opened();
+    Game& settings = Settings();
+    const bool hasExtra = index.extra.WasRead();
+    std::vector<NewFile> files{{settings.OutputPath(index.page.Path()), {}}};
+    inPlace_ = IsInPlace(*settings.files, files[0].path, index.page);
+    if (hasExtra) {
+        files.push_back({settings.OutputPath(index.extra.Path()), {}});
+        inPlace_ = inPlace_ && IsInPlace(*settings.files, files[1].path, index.extra);
+    }
+    settings.vswapFile = files[0].path;
+    if (!inPlace_) {  // where whoever opens the new set looks for the extra file
+        settings.dataPath = settings.outputFolder;
+        settings.dataExtension = settings.compileExtension;
+    }
+
+    SaveAll(ctWall, self_.walls, [&] {
+        walls_.push_back(WallChunk());
+        pageFile_.AddChunk(walls_.back());
+    });
     // The first wall tells the size of the sprites to whoever reads the file.
     const bool hiRes =
         self_.walls.empty() ? self_.hiResInput : pageFile_.LengthOf(0) == kHiResChunkSize;
-    SaveAll(ctSprite, self_.sprites, [&] { SaveSprite(hiRes ? 128 : 64); });
+    side_ = hiRes ? 128 : 64;
+    SaveAll(ctSprite, self_.sprites, [&] { SaveSprite(); });
 
     const auto spriteStart = static_cast<std::int32_t>(self_.walls.size());
     const std::int32_t soundStart = pageFile_.Count();
     if (index.soundsFailed) {
         PassSoundsThrough();
-        if (!index.extraPath.empty())
-            files[1].content = ReadWholeFile(index.extraPath);
+        if (hasExtra)
+            files[1].content.assign(index.extra.Bytes().begin(), index.extra.Bytes().end());
     } else {
         if (index.HasExtraFile())
             extraFile_.emplace();
@@ -254,9 +319,7 @@ std::vector<NewFile> PageFileSave::Build() {
         if (index.hasSoundList || !list_.empty())
             pageFile_.AddChunk(WriteSoundList(list_, SoundListForm::Short));
         if (extraFile_)
-            files[1].content = extraFile_->Assemble(ConfiguredGame().readSoundLengthsAsLong
-                                                        ? SoundListForm::Long
-                                                        : SoundListForm::Short);
+            files[1].content = extraFile_->Assemble(index.extraForm);
     }
     files[0].content = pageFile_.Assemble(spriteStart, soundStart);
     return files;
@@ -276,55 +339,89 @@ void PageFileSave::PassSoundsThrough() {
     }
 }
 
-/// A handler that throws is reported and changes nothing about the save's end.
-void PageFileSave::RaiseComplete(bool success) {
-    Guarded(kProcedure, [&] {
-        if (owner_.SaveComplete)
-            owner_.SaveComplete(success);
-    });
+void PageFileSave::RefuseProof(enmChunkType kind, std::size_t number) {
+    kind_ = kind;
+    number_ = static_cast<std::int32_t>(number);
+    Refuse(0, "It would not read back as it was given.", "1) Use other data.");
 }
 
-/// The items and their counts stay as the host has them.
-void PageFileSave::Reload() {
-    if (self_.LoadSwapFile(std::string(self_.index.path)))
-        return;
-    modGlobal::SetErrorState(Failure(0,
-                                     "Error reloading original VSWAP.\r\n"
-                                     "Please shutdown and restart the program."));
-    modGlobal::ReportError(kProcedure);
-}
-
-bool PageFileSave::Run() {
-    if (self_.index.path.empty())
-        throw Failure(kBadFileNameOrNumber);
-    try {
-        const std::vector<NewFile> files = Build();
-        self_.index.Close();
-        if (!ReplaceFiles(files)) {
-            RaiseComplete(false);
-            Reload();
-            return false;
-        }
-    } catch (...) {
-        const Failure failure = Named(CurrentFailure());
-        Guarded(kProcedure, [&] {
-            if (owner_.SaveError)
-                owner_.SaveError(number_, kind_);
-        });
-        RaiseComplete(false);
-        Reload();
-        throw failure;
+void PageFileSave::Prove(const Files& files) {
+    reread_ = PageIndex::Open(AtStart(), files);
+    const PageIndex& index = self_.index;
+    if (std::cmp_not_equal(reread_.walls, walls_.size()) ||
+        std::cmp_not_equal(reread_.sprites, sprites_.size()) ||
+        reread_.soundsFailed != index.soundsFailed ||
+        (!index.soundsFailed && std::cmp_not_equal(reread_.soundCount, sounds_.size())))
+        throw Failure(0,
+                      "The page file would be read with other numbers of walls, sprites or "
+                      "sounds than it has. Give the last sound data, or take it out.");
+    for (std::size_t i = 0; i < walls_.size(); ++i) {
+        if (reread_.Read(static_cast<std::int32_t>(i)) != walls_[i])
+            RefuseProof(ctWall, i);
     }
-    self_.LoadSwapFile(std::string(self_.index.path));
-    RaiseComplete(true);
-    return true;
+    for (std::size_t i = 0; i < sprites_.size(); ++i) {
+        const auto isTransparent = [](std::uint8_t pixel) { return pixel == kTransparent; };
+        const ByteArray chunk = reread_.Read(reread_.walls + static_cast<std::int32_t>(i));
+        const ByteArray pixels = chunk.empty() ? ByteArray() : DecodeSprite(chunk, side_);
+        if (pixels != sprites_[i] && !(std::ranges::all_of(pixels, isTransparent) &&
+                                       std::ranges::all_of(sprites_[i], isTransparent)))
+            RefuseProof(ctSprite, i);
+    }
+    // The bytes of the pages count: a sound whose length says that it is empty has them, too.
+    for (std::size_t i = 0; i < sounds_.size(); ++i) {
+        const auto chunk = reread_.SoundChunk(i);
+        const StoredSound there =
+            chunk ? reread_.ReadSound(*chunk, reread_.sounds[i].length) : StoredSound();
+        if (there.bytes != sounds_[i].bytes)
+            RefuseProof(ctSound, i);
+    }
+}
+
+std::vector<DataFile*> PageFileSave::Read() {
+    if (!inPlace_)
+        return {};
+    std::vector<DataFile*> read{&self_.index.page};
+    if (self_.index.extra.WasRead())
+        read.push_back(&self_.index.extra);
+    return read;
+}
+
+std::vector<std::string> PageFileSave::Changed() const {
+    std::vector<std::string> items;
+    const auto add = [&](const char* kind, const std::vector<PageItem>& all) {
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            if (all[i].from == PageItem::From::Host)
+                items.push_back(kind + std::to_string(i));
+        }
+    };
+    add("wall ", self_.walls);
+    add("sprite ", self_.sprites);
+    add("sound ", self_.sounds);
+    return items;
+}
+
+/// The container serves what it served before; only that its files can be read still is tried.
+void PageFileSave::PutBack() {
+    if (!self_.game)
+        return;
+    try {
+        std::vector<std::string> notices;
+        ReadSet(*self_.game->files, {self_.index.page.Path()}, notices,
+                [&](const Files& files) { return DataFile::Read(files, self_.index.page.Path()); });
+    } catch (...) {
+        Report(kProcedure, Failure(0,
+                                   "Error reloading original VSWAP.\r\n"
+                                   "Please shutdown and restart the program."));
+    }
 }
 
 bool clsVSwap::SaveVSwap(enmVSWAPCompression Compression) {
-    return Guarded(kProcedure, [&] {
-        self_->saving.RefuseChange();
-        return PageFileSave(*this, Compression).Run();
-    });
+    PageFileSave save(*this, Compression);
+    return SaveSet(save);
+}
+
+void clsVSwap::StopSave() {
+    Guarded("clsVSwap.StopSave", [&] { self_->saving.AskToStop(); });
 }
 
 }  // namespace tessaro

@@ -26,6 +26,8 @@ struct PageItem {
 };
 
 struct clsVSwap::Self {
+    std::shared_ptr<Game> game;  ///< of the set; null before one was opened
+    std::shared_ptr<const Finding> finding;
     PageIndex index;
     std::vector<PageItem> walls, sprites, sounds;
     std::int32_t numberOfWalls = 0;
@@ -37,8 +39,10 @@ struct clsVSwap::Self {
     bool hiResInput = false;
     SavingFlag saving;
 
-    /// Indexes the files anew; items and counts stay. A failure is reported.
-    bool LoadSwapFile(const std::string& path);
+    /// The index with its bytes at hand.
+    PageIndex& Opened();
+    /// Serves these files from now on; items and counts stay.
+    void Serve(PageIndex&& fresh);
     /// Takes the counts from the files and forgets all items.
     void TakeOver();
     PageItem& ItemAt(std::vector<PageItem>& items, std::int32_t number);
@@ -50,8 +54,7 @@ struct ImageSize {
 };
 
 /// A BMP image back to a wall chunk.
-/// @return False where the image is not 8 bits per pixel, or after a failure, which is reported
-///         under this function's own name.
+/// @return False where the image is not 8 bits per pixel.
 bool FixWallData(ByteSpan image, ByteArray& chunk, ImageSize& size);
 
 }  // namespace tessaro

@@ -43,8 +43,7 @@ TEST_F(RealPageFile, EveryItemLoads) {
 }
 
 TEST_F(RealPageFile, SpritesCompileBackToWhatIsStored) {
-    PageIndex index;
-    index.OpenPageFile(ConfiguredGame().vswapFile);
+    const PageIndex index = PageIndex::Open(ConfiguredGame(), *DiskFiles());
     int identical = 0;
     int oneZeroMore = 0;
     std::array<std::size_t, 3> total{};
@@ -102,8 +101,7 @@ TEST_F(RealPageFile, SavingKeepsEveryItem) {
         clsVSwap again;
         ASSERT_TRUE(again.Initialize());
         EXPECT_TRUE(AllItems(again) == items) << compression;
-        PageIndex index;
-        index.OpenPageFile(ConfiguredGame().vswapFile);
+        const PageIndex index = PageIndex::Open(ConfiguredGame(), *DiskFiles());
         EXPECT_EQ(index.walls, 106);
         EXPECT_EQ(index.soundStart, 542);
         const bool aligned = std::ranges::all_of(

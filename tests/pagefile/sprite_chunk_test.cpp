@@ -1,7 +1,7 @@
 #include "pagefile/sprite_chunk.h"
 
-#include <algorithm>
 #include <literal/pagefile_literal.h>
+#include <algorithm>
 #include <random>
 
 #include "pagefile/sprite_pools.h"

@@ -92,7 +92,7 @@ TEST_F(VSwapSave, SoundsThatReadAsEmptyKeepTheirBytes) {
     EXPECT_TRUE(folder_.Read("VSWAP.TST") == old);
 }
 
-TEST_F(VSwapSave, EverySoundOfTheListIsKeptWithItsOwnLength) {
+TEST_F(VSwapSave, SoundsThatShareAPageAreWrittenApartAsTheyWereServed) {
     PageFileImage image(1);
     image.AddChunk(WallChunk());
     image.AddSound(Samples(7));
@@ -108,7 +108,7 @@ TEST_F(VSwapSave, EverySoundOfTheListIsKeptWithItsOwnLength) {
     ASSERT_TRUE(set_.SaveVSwap(vcNone));
     items = Reread();
     items.erase(items.begin());
-    EXPECT_TRUE(items == (std::vector<ByteArray>{Wav(7), Wav(5000), Wav(10), Wav(20)}));
+    EXPECT_TRUE(items == (std::vector<ByteArray>{Wav(7), Wav(10), Wav(10), Wav(20)}));
 }
 
 TEST_F(VSwapSave, SoundsThatCannotBeReadAreKept) {
@@ -209,13 +209,14 @@ TEST_F(VSwapRefuses, WhatDoesNotFitAndSaysWhy) {
     }
 }
 
-TEST_F(VSwapRefuses, DamagedWallImagesUnderTheirOwnName) {
+TEST_F(VSwapRefuses, DamagedWallImagesWithWhatIsWrong) {
     Open(SmallSet());
     set_.SetChunkData(1, ByteArray(10));
     EXPECT_FALSE(set_.SaveVSwap(vcNone));
-    ASSERT_EQ(ui_.boxes.size(), 2u);
-    EXPECT_EQ(ui_.boxes[0].title, "clsVSwap.FixWallData Error");
-    EXPECT_TRUE(ui_.boxes[1].prompt.starts_with("Error 1512 in clsVSWAP.SaveVSwap"));
+    ASSERT_EQ(ui_.boxes.size(), 1u);
+    EXPECT_TRUE(
+        ui_.boxes[0].prompt.starts_with("Error 1512 in clsVSWAP.SaveVSwap: Error at wall "
+                                        "chunk #1\r\n\r\nReason:\r\nSubscript out"));
     EXPECT_EQ(events_.seen,
               (std::vector<std::string>{"SaveStatus 1 7", "SaveError 1 0", "SaveComplete False"}));
 }
@@ -296,6 +297,23 @@ TEST_F(VSwapSave, HandlersCannotChangeWhatTheSaveReliesOn) {
     EXPECT_EQ(Reread(), before);
     set_.NumberOfWalls(5);
     EXPECT_EQ(set_.NumberOfWalls(), 5);
+}
+
+TEST_F(VSwapSave, WorksOnTheSettingsOfItsStart) {
+    Open(SmallSet());
+    const auto before = AllItems(set_);
+    set_.SaveStatus = [&](std::int32_t, std::int32_t) {
+        ConfiguredGame().outputFolder = folder_.File("nowhere");
+        ConfiguredGame().backupFolder = "";
+        ConfiguredGame().readSoundLengthsAsLong = true;
+        ConfiguredGame().vswapFile = folder_.File("other");
+    };
+    EXPECT_TRUE(set_.SaveVSwap(vcNone));
+    EXPECT_TRUE(folder_.Has("backup/VSWAP.TST.001"));
+    EXPECT_FALSE(folder_.Has("other"));
+    set_.CloseFile();
+    folder_.Write("other", ByteArray(5000));
+    EXPECT_TRUE(AllItems(set_) == before) << "read from its own file again";
 }
 
 TEST_F(VSwapSave, HandlersThatThrowDoNotBreakASave) {
