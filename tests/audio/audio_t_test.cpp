@@ -247,7 +247,7 @@ TEST_F(AudioT, EverySettingASaveNeedsIsCheckedFirst) {
 TEST_F(AudioT, AFailureAtAnyFileOperationLosesNothing) {
     std::optional<clsAudioT> container;
     test::EachFailure(
-        12,
+        30,
         [&] {
             container.emplace();
             folder_.RemoveFolder("backup");

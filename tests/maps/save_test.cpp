@@ -384,7 +384,7 @@ protected:
 
 TEST_F(MapSaveFaults, OneFailingOperationLosesNothing) {
     test::EachFailure(
-        15, [&] { Restart(); }, [&] { return maps_.SaveMapFile(); },
+        25, [&] { Restart(); }, [&] { return maps_.SaveMapFile(); },
         [&](bool saved) {
             CheckAfter(saved);
             if (!saved) {
@@ -398,7 +398,7 @@ TEST_F(MapSaveFaults, OneFailingOperationLosesNothing) {
 
 TEST_F(MapSaveFaults, NothingWorkingFromOneOperationOnLosesNothing) {
     test::EachFailure(
-        15, [&] { Restart(); }, [&] { return maps_.SaveMapFile(); },
+        25, [&] { Restart(); }, [&] { return maps_.SaveMapFile(); },
         [&](bool saved) { CheckAfter(saved); }, test::Fails::FromThenOn);
 }
 

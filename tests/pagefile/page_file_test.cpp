@@ -76,16 +76,15 @@ TEST(SoundList, BothForms) {
 
 TEST(ExtraFile, IsWholePagesThatEndWithListAndTable) {
     ExtraFileImage image;
-    image.AddSound(ByteArray(5000, 7), 5000);
+    image.AddSound(ByteArray(8192, 7), 8192);
     image.AddSound(ByteArray(300, 8), 300);
     const ByteArray file = image.Assemble(SoundListForm::Short);
     ASSERT_EQ(file.size(), 5u * 4096);
-    EXPECT_EQ(file[4999], 7);
-    EXPECT_EQ(file[5000], 0);
-    EXPECT_EQ(file[8192], 8);
-    EXPECT_EQ(test::Part(file, 3 * 4096, 12), Hex("0000 8813 0200 2C01 0000 0000"));
+    EXPECT_EQ(test::Part(file, 8191, 2), Hex("0708"));
+    EXPECT_EQ(test::Part(file, 8192 + 299, 2), Hex("0800"));
+    EXPECT_EQ(test::Part(file, 3 * 4096, 12), Hex("0000 0020 0200 2C01 0000 0000"));
     EXPECT_EQ(test::Part(file, 4 * 4096, 24),
-              Hex("00000000 00100000 00200000 00300000  0010 8803 2C01 0800"));
+              Hex("00000000 00100000 00200000 00300000  0010 0010 2C01 0800"));
 }
 
 TEST(ExtraFile, SmallLengthsDoNotHideTheEndOfTheOffsets) {

@@ -108,7 +108,7 @@ TEST_F(VSwapExtra, LongLengthsHoldLongSounds) {
 TEST_F(VSwapExtra, FailuresLoseNeitherFile) {
     std::vector<ByteArray> old, items;
     test::EachFailure(
-        15,
+        18,
         [&] {
             folder_.RemoveFolder("backup");
             OpenWithExtra(2, SoundListForm::Short);

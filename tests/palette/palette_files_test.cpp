@@ -130,7 +130,8 @@ TEST(PaletteFiles, TextThatDoesNotParse) {
         EXPECT_FALSE(ReadSourceArray(text)) << text.substr(0, 40);
     for (const std::string& text :
          {std::string(), with(list, "(", "(1,"), with(list, " 63", "64"), with(list, ")", " "),
-          list + "RGB(1,2,3)", list.substr(0, list.size() - 20)})
+          with(with(list, "(", "(1,"), ", 63)", ")"), list + "RGB(1,2,3)",
+          list.substr(0, list.size() - 20)})
         EXPECT_FALSE(ReadRgbList(text)) << text.substr(0, 40);
 }
 
