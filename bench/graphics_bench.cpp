@@ -4,7 +4,6 @@
 #include <literal/huffman_literal.h>
 
 #include <array>
-#include <cstdlib>
 #include <random>
 #include <string>
 #include <vector>
@@ -12,7 +11,7 @@
 #include "graphics/graphics_header.h"
 #include "huffman/dictionary.h"
 #include "huffman/huffman.h"
-#include "platform/file.h"
+#include "real_game.h"
 
 namespace tessaro {
 namespace {
@@ -32,12 +31,11 @@ struct GraphicsFile {
     }
 };
 
-GraphicsFile ReadRealFile(const std::string& folder) {
+GraphicsFile ReadRealFile() {
     GraphicsFile file;
-    file.dictionary = ReadDictionary(ReadWholeFile(JoinPath(folder, "VGADICT.WL1")));
-    const ByteArray data = ReadWholeFile(JoinPath(folder, "VGAGRAPH.WL1"));
-    const auto offsets =
-        ReadGraphicsHeader(ReadWholeFile(JoinPath(folder, "VGAHEAD.WL1")), 3, false);
+    file.dictionary = ReadDictionary(ReadWholeFile(*RealFile("VGADICT.WL1")));
+    const ByteArray data = ReadWholeFile(*RealFile("VGAGRAPH.WL1"));
+    const auto offsets = ReadGraphicsHeader(ReadWholeFile(*RealFile("VGAHEAD.WL1")), 3, false);
     for (std::size_t i = 0; i + 1 < offsets.size(); ++i) {
         const ByteSpan chunk = ByteSpan(data).subspan(offsets[i], offsets[i + 1] - offsets[i]);
         const std::int32_t length = ByteReader(chunk).I32();
@@ -69,8 +67,7 @@ GraphicsFile MakeFile() {
 
 const GraphicsFile& TheFile() {
     static const GraphicsFile file = [] {
-        const char* root = std::getenv("TESSARO_GAME_DATA");
-        return root != nullptr ? ReadRealFile(JoinPath(root, "wl1")) : MakeFile();
+        return RealFile("VGAGRAPH.WL1") ? ReadRealFile() : MakeFile();
     }();
     return file;
 }

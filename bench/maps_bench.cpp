@@ -5,14 +5,13 @@
 #include <literal/maps_literal.h>
 #include <literal/seeded_planes.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
 
 #include "foundation/store.h"
 #include "maps/game_maps_self.h"
-#include "platform/file.h"
+#include "real_game.h"
 
 namespace tessaro {
 namespace {
@@ -44,13 +43,12 @@ PackedPlanes Pack(const Planes& planes) {
 /// Every plane of the real set under TESSARO_GAME_DATA; none without one.
 Planes RealPlanes() {
     Planes planes;
-    const char* data = std::getenv("TESSARO_GAME_DATA");
-    if (data == nullptr)
+    const auto header = RealFile("MAPHEAD.WL1"), data = RealFile("GAMEMAPS.WL1");
+    if (!header || !data)
         return planes;
-    const std::string folder = JoinPath(data, "wl1");
     SharedStore() = {};
-    ConfiguredGame().mapHeaderFile = JoinPath(folder, "MAPHEAD.WL1");
-    ConfiguredGame().gameMapsFile = JoinPath(folder, "GAMEMAPS.WL1");
+    ConfiguredGame().mapHeaderFile = *header;
+    ConfiguredGame().gameMapsFile = *data;
     clsGameMaps maps;
     if (!maps.Initialize())
         return planes;

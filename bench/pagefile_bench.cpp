@@ -4,15 +4,15 @@
 #include <literal/pagefile_literal.h>
 
 #include <array>
-#include <cstdlib>
 #include <filesystem>
 
-#include "images/bmp_image.h"
 #include "foundation/store.h"
+#include "images/bmp_image.h"
 #include "pagefile/column_images.h"
 #include "pagefile/page_index.h"
 #include "pagefile/sprite_chunk.h"
 #include "pagefile/sprite_pools.h"
+#include "real_game.h"
 #include "tessaro/vswap.h"
 
 namespace tessaro {
@@ -46,10 +46,10 @@ struct GameSet {
     static const GameSet* Load(benchmark::State& state) {
         static const GameSet set = [] {
             GameSet loaded;
-            const char* root = std::getenv("TESSARO_GAME_DATA");
-            if (root == nullptr)
+            const auto path = RealFile("VSWAP.WL1");
+            if (!path)
                 return loaded;
-            loaded.path = JoinPath(JoinPath(root, "wl1"), "VSWAP.WL1");
+            loaded.path = *path;
             Game game;
             game.vswapFile = loaded.path;
             const PageIndex index = PageIndex::Open(game, *DiskFiles());
@@ -213,7 +213,8 @@ void BM_SavePageFile(benchmark::State& state) {
     const std::filesystem::path folder =
         std::filesystem::temp_directory_path() / "tessaro-bench-pagefile";
     std::filesystem::create_directories(folder);
-    SharedStore().appPath = ConfiguredGame().dataPath = ConfiguredGame().outputFolder = folder.string();
+    SharedStore().appPath = ConfiguredGame().dataPath = ConfiguredGame().outputFolder =
+        folder.string();
     ConfiguredGame().backupFolder = (folder / "backup").string();
     ConfiguredGame().dataExtension = "WL1";
     ConfiguredGame().compileExtension = "OUT";
