@@ -1,7 +1,9 @@
 #include "foundation/global.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <unordered_set>
 #include <utility>
 
 #include "foundation/guard.h"
@@ -12,14 +14,16 @@
 namespace tessaro::modGlobal {
 namespace {
 
+std::string BackupName(const std::string& fileName, std::int32_t number) {
+    if (number < 1)
+        return fileName;
+    std::array<char, 16> suffix{};
+    std::snprintf(suffix.data(), suffix.size(), ".%03d", static_cast<int>(number));
+    return fileName + suffix.data();
+}
+
 std::string BackupPath(const std::string& fileName, std::int32_t number) {
-    std::string path = JoinPath(ConfiguredGame().backupFolder, fileName);
-    if (number >= 1) {
-        std::array<char, 16> suffix{};
-        std::snprintf(suffix.data(), suffix.size(), ".%03d", static_cast<int>(number));
-        path += suffix.data();
-    }
-    return path;
+    return JoinPath(ConfiguredGame().backupFolder, BackupName(fileName, number));
 }
 
 void AppendToLog(std::string_view procedure, const Failure& failure) {
@@ -75,11 +79,18 @@ void EnsureBackupFolder() {
 }
 
 std::int32_t NextBackupNumber(const std::vector<std::string>& fileNames) {
+    const std::string& folder = ConfiguredGame().backupFolder;
+    if (!FolderExists(folder))
+        return 1;
+    // Listed once: a folder of thousands takes long to look through for each name.
+    std::unordered_set<std::string> present;
+    for (const std::string& name : ListFiles(folder, "*"))
+        present.insert(UpperCase(name));
     for (std::int32_t number = 1;; ++number) {
-        bool taken = false;
-        for (const std::string& name : fileNames)
-            taken = taken || FileExists(BackupPath(name, number));
-        if (!taken)
+        const auto isTaken = [&](const std::string& name) {
+            return present.contains(UpperCase(BackupName(name, number)));
+        };
+        if (std::ranges::none_of(fileNames, isTaken))
             return number;
     }
 }
