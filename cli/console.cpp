@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <utility>
 
@@ -46,8 +47,9 @@ void Console::PrepareLogFolder() {
     std::error_code error;
     const std::filesystem::path folder = StateFolder();
     std::filesystem::create_directories(folder, error);
-    settings_.AppPath(error ? std::filesystem::temp_directory_path(error).string()
-                            : folder.string());
+    const bool usable = !error && std::ofstream(folder / "Error.log", std::ios::app).good();
+    settings_.AppPath(usable ? folder.string()
+                             : std::filesystem::temp_directory_path(error).string());
 }
 
 enmMsgBoxResult Console::MsgBox(const std::string& prompt, std::int32_t style,

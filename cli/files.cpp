@@ -1,6 +1,9 @@
 #include "files.h"
 
 #include <cctype>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -25,13 +28,17 @@ std::ifstream OpenToRead(const std::string& path) {
     return in;
 }
 
-/// Whether the bytes reached the file.
-bool Wrote(const fs::path& path, const ByteArray& bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(bytes.data()),
-              static_cast<std::streamsize>(bytes.size()));
-    out.close();
-    return !out.fail();
+/// Why a file could not be written, in the system's words; empty when it was.
+std::string WhyNotWritten(const fs::path& path, const ByteArray& bytes) {
+    errno = 0;
+    std::FILE* file = std::fopen(path.string().c_str(), "wb");
+    bool done = file && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+    int reason = errno;
+    if (file && std::fclose(file) != 0 && done) {
+        done = false;
+        reason = errno;
+    }
+    return done ? "" : reason ? std::strerror(reason) : "the system gives no reason";
 }
 
 /// A free name in the same folder.
@@ -59,43 +66,46 @@ void CheckReadable(const std::string& path) {
     OpenToRead(path);
 }
 
-void WriteFile(const std::string& path, const ByteArray& bytes) {
+void WriteFile(const std::string& path, const ByteArray& bytes, const FileKind& kind) {
+    CheckReplaceable(path, kind);
     std::error_code error;
     const fs::file_status there = fs::status(path, error);
-    if (fs::exists(there) && !fs::is_regular_file(there)) {  // a pipe, a device: nothing to replace
-        if (fs::is_directory(there) || !Wrote(path, bytes))
-            throw CommandError("cannot write " + path +
-                               (fs::is_directory(there) ? ": it is a folder" : ""));
+    const bool replaces = fs::is_regular_file(there);
+    if (fs::is_directory(there))
+        throw CommandError("cannot write " + path + ": it is a folder");
+    if (fs::exists(there) && !replaces) {  // a pipe or a device
+        if (const std::string why = WhyNotWritten(path, bytes); !why.empty())
+            throw CommandError("cannot write " + path + ": " + why);
         return;
     }
-    const fs::path place = fs::exists(there) ? fs::canonical(path) : fs::path(path);
+    const fs::path place = replaces ? fs::canonical(path) : fs::path(path);
     const fs::path beside = NameBeside(place);
-    bool done = Wrote(beside, bytes);
-    if (done && fs::exists(there))
-        fs::permissions(beside, there.permissions(), error);
-    if (done) {
+    std::string why = WhyNotWritten(beside, bytes);
+    if (why.empty()) {
+        if (replaces)
+            fs::permissions(beside, there.permissions(), error);
         fs::rename(beside, place, error);
-        done = !error;
+        why = error ? error.message() : "";
     }
-    if (!done) {
-        const std::string reason = error ? ": " + error.message() : "";
+    if (!why.empty()) {
         fs::remove(beside, error);
-        throw CommandError("cannot write " + path + reason);
+        throw CommandError("cannot write " + path + ": " + why);
     }
 }
 
 void CreateFolders(const std::string& path) {
     std::error_code error;
     fs::create_directories(path, error);
-    if (!fs::is_directory(path, error))
-        throw CommandError("cannot create the folder " + path);
+    if (!fs::is_directory(path))
+        throw CommandError("cannot create the folder " + path +
+                           (error ? ": " + error.message() : ""));
 }
 
 void RemoveFile(const std::string& path) {
     std::error_code error;
     fs::remove(path, error);
     if (error)
-        throw CommandError("cannot replace " + path);
+        throw CommandError("cannot replace " + path + ": " + error.message());
 }
 
 std::string PathIn(const std::string& folder, const std::string& name) {

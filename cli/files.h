@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "file_kinds.h"
 #include "tessaro/types.h"
 
 namespace tessaro::cli {
@@ -13,7 +14,8 @@ ByteArray ReadFile(const std::string& path);
 void CheckReadable(const std::string& path);
 /// Writes a file whole or not at all: beside its place first, then renamed onto it. Every file of
 /// the command's own is written through here.
-void WriteFile(const std::string& path, const ByteArray& bytes);
+/// A file that is already there has to be of the kind; see CheckReplaceable.
+void WriteFile(const std::string& path, const ByteArray& bytes, const FileKind& kind);
 void CreateFolders(const std::string& path);
 /// Removes a file if it is there.
 void RemoveFile(const std::string& path);

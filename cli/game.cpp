@@ -7,6 +7,7 @@
 
 #include "commands/arguments.h"
 #include "console.h"
+#include "file_kinds.h"
 #include "files.h"
 #include "progress.h"
 #include "report.h"
@@ -23,6 +24,20 @@ void SaveOptions::AddTo(CLI::App& command) {
     AddYes(command);
 }
 
+void MapLayoutOptions::AddTo(CLI::App& command) {
+    AddNumber(command, "--name-size", nameSize, 16, 1024,
+              "Give map names this room; the game must be built for it");
+    command.add_flag("--long-lengths", longLengths,
+                     "Store lengths in 32 bits; the game must be built for it");
+}
+
+void MapLayoutOptions::Apply(clsGameMaps& maps) const {
+    if (nameSize > 0)
+        maps.OutputMapNameSize(static_cast<std::int16_t>(nameSize));
+    if (longLengths)
+        maps.SaveLengthsAsLong(true);
+}
+
 namespace {
 
 /// The library names the file that it looked for last, which is the one that is missing.
@@ -34,6 +49,14 @@ std::string WhyIncomplete(const clsVersion& version) {
         if (!tried.empty())
             return "no complete game: " + fs::path(tried).filename().string() + " is missing";
     return "no game: neither VGADICT.* nor EGADICT.* is there";
+}
+
+/// What every command that writes must leave alone.
+std::vector<std::string> DataFiles(const clsVersion& version) {
+    return {version.MapHeaderFile(),   version.GameMapsFile(),  version.VSwapFile(),
+            version.VGADictFile(),     version.VGAHeaderFile(), version.VGAGraphFile(),
+            version.AudioHeaderFile(), version.AudioDictFile(), version.AudioDataFile(),
+            version.AudioMusFile()};
 }
 
 template <class Container>
@@ -54,8 +77,12 @@ Game::Game(const std::string& folder) : folder_(folder) {
     while (folder_.size() > 1 && (folder_.back() == '/' || folder_.back() == '\\'))
         folder_.pop_back();
     std::error_code error;
+    if (folder.empty())
+        throw UsageError("FOLDER is empty; it names the folder with the game's files");
     if (!fs::is_directory(folder_, error))
-        throw CommandError(folder + " is not a folder");
+        throw CommandError(folder + (fs::exists(folder_, error)
+                                         ? " is not a folder; give the one that the file is in"
+                                         : " is not a folder: there is nothing of that name"));
     version_.AppPath(StateFolder());
     if (!version_.LoadDataPath(folder_)) {
         if (TheConsole().HasFailure())
@@ -63,6 +90,8 @@ Game::Game(const std::string& folder) : folder_(folder) {
         throw CommandError(folder + ": " + WhyIncomplete(version_));
     }
     palette_.LoadPalette();
+    for (const std::string& file : DataFiles(version_))
+        Protect(file);
 }
 
 clsGameMaps& Game::Maps() {

@@ -22,6 +22,15 @@ struct SaveOptions {
     void AddTo(CLI::App& command);
 };
 
+/// How a changed map set is laid out, where the classic layout is too narrow for it.
+struct MapLayoutOptions {
+    int nameSize = 0;  ///< bytes of a name; 0: as the set has them
+    bool longLengths = false;
+
+    void AddTo(CLI::App& command);
+    void Apply(clsGameMaps& maps) const;
+};
+
 /// The configuration is set from the folder at once; each container opens when it is first asked
 /// for. Whatever cannot be opened ends the command with the reason.
 class Game {

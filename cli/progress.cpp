@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "console.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
@@ -15,7 +16,7 @@ void ProgressBar::Step(std::int32_t item, std::int32_t total) {
     item_ = item;
     total_ = total;
     const int filled = total > 0 ? static_cast<int>(std::int64_t{item} * kWidth / total) : kWidth;
-    if (filled == drawn_ || !IsTerminal(2))
+    if (filled == drawn_ || !IsTerminal(2) || TheManner().quiet || TheManner().json)
         return;
     drawn_ = filled;
     std::cerr << '\r';
@@ -23,14 +24,9 @@ void ProgressBar::Step(std::int32_t item, std::int32_t total) {
     std::cerr << std::flush;
 }
 
-void ProgressBar::Finish(bool success) {
-    const bool terminal = IsTerminal(2);
-    if (terminal ? drawn_ >= 0 : success) {
-        if (terminal)
-            std::cerr << '\r';
-        Draw();
-        std::cerr << std::endl;
-    }
+void ProgressBar::Finish() {
+    if (drawn_ >= 0)
+        std::cerr << '\r' << std::string(label_.size() + kWidth + 30, ' ') << '\r' << std::flush;
     drawn_ = -1;
 }
 

@@ -1,4 +1,4 @@
-// The progress bar of a save.
+// The progress bar of a save, or of whatever takes its time.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 
 namespace tessaro::cli {
 
-/// Drawn on stderr from the save events: in place on a terminal, as one finished line elsewhere.
+/// Drawn in place on a terminal; nowhere else, and not where the user wants it quiet.
 class ProgressBar {
 public:
     explicit ProgressBar(std::string label) : label_(std::move(label)) {}
@@ -15,10 +15,11 @@ public:
     template <class Container>
     void Follow(Container& container) {
         container.SaveStatus = [this](std::int32_t item, std::int32_t total) { Step(item, total); };
-        container.SaveComplete = [this](bool success) { Finish(success); };
+        container.SaveComplete = [this](bool) { Finish(); };
     }
     void Step(std::int32_t item, std::int32_t total);
-    void Finish(bool success);
+    /// Takes the bar away.
+    void Finish();
 
 private:
     void Draw() const;

@@ -80,14 +80,40 @@ int ReportWhatIsLeft() {
     return reportedAnything ? kFailed : kDone;
 }
 
+namespace {
+
+/// The bytes of the character at the start of a text: UTF-8, and in a locale of one byte a
+/// character that one. 0 where there is none that may be shown.
+std::size_t Shown(std::string_view text) {
+    const auto byte = [&](std::size_t at) {
+        return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U;
+    };
+    const unsigned first = byte(0);
+    if (first < 0x80)
+        return 1;
+    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+    bool whole = first >= 0xC2 && first <= 0xF4 && text.size() >= length;
+    for (std::size_t at = 1; at < length; ++at)
+        whole = whole && (byte(at) & 0xC0) == 0x80;
+    if (whole)
+        return first == 0xC2 && byte(1) < 0xA0 ? 0 : length;  // the second set of control codes
+    return MB_CUR_MAX == 1 && first >= 0xA0 ? 1 : 0;
+}
+
+}  // namespace
+
 std::string OneLine(const std::string& text) {
     std::string line;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte > 32 && byte != 127)
-            line += c;
+    for (std::size_t at = 0; at < text.size();) {
+        const auto byte = static_cast<unsigned char>(text[at]);
+        const std::size_t length = Shown(std::string_view(text).substr(at));
+        if (length == 0)
+            line += '?';
+        else if (byte > 32 && byte != 127)
+            line.append(text, at, length);
         else if (!line.empty() && line.back() != ' ')
             line += ' ';
+        at += length == 0 ? 1 : length;
     }
     while (!line.empty() && line.back() == ' ')
         line.pop_back();

@@ -44,8 +44,8 @@ void Say(const std::string& line);
 /// the exit code.
 int ReportWhatIsLeft();
 
-/// Runs of blanks, line breaks and control characters become one blank: text from a file must not
-/// drive the terminal.
+/// Runs of blanks, line breaks and control characters become one blank, and bytes that are no text
+/// a question mark: what stands in a file must not drive the terminal.
 std::string OneLine(const std::string& text);
 
 }  // namespace tessaro::cli

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "console.h"
+#include "file_kinds.h"
 #include "report.h"
 
 namespace tessaro::cli {
@@ -17,6 +18,7 @@ CLI::Option* AddMapNumber(CLI::App& command, int& map, const char* help) {
 
 void AddPngOut(CLI::App& command, std::string& out) {
     command.add_option("OUT", out, "The PNG file to write")->required();
+    AddForce(command);
 }
 
 void AddKinds(CLI::App& command, std::vector<std::string>& names) {
@@ -52,6 +54,11 @@ std::string OneOf(const std::vector<std::string>& names) {
     for (const std::string& name : names)
         all += (all.empty() ? "" : "|") + name;
     return all;
+}
+
+void AddForce(CLI::App& command) {
+    command.add_flag("-f,--force", ReplaceOtherKinds(),
+                     "Replace an existing file of another kind; never a game's data");
 }
 
 void AddYes(CLI::App& command) {

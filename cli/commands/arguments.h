@@ -16,12 +16,14 @@ void AddFolder(CLI::App& command, std::string& folder);
 /// The MAP of a game.
 CLI::Option* AddMapNumber(CLI::App& command, int& map,
                           const char* help = "The map's number, from 0");
-/// The OUT that receives a picture.
+/// The OUT that receives a picture, and --force.
 void AddPngOut(CLI::App& command, std::string& out);
 /// --kind K, as often as wanted.
 void AddKinds(CLI::App& command, std::vector<std::string>& names);
 /// The kinds of those names, all kinds for none.
 std::vector<const ItemKind*> KindsNamed(const std::vector<std::string>& names);
+/// -f, --force
+void AddForce(CLI::App& command);
 /// -y, --yes
 void AddYes(CLI::App& command);
 /// What `--json` prints besides errors; without it that is nothing.

@@ -4,6 +4,7 @@
 #include "commands/arguments.h"
 #include "commands/commands.h"
 #include "files.h"
+#include "progress.h"
 #include "report.h"
 
 namespace tessaro::cli {
@@ -19,7 +20,10 @@ struct Options {
 void ExtractKind(Game& game, const ItemKind& kind, const Options& options) {
     Extraction to(PathIn(options.out, kind.Name()), options.bmp);
     int items = 0, empty = 0;
-    for (const int number : kind.Numbers(game)) {
+    const std::vector<int> numbers = kind.Numbers(game);
+    ProgressBar bar("extracting: " + kind.Name());
+    std::int32_t seen = 0;
+    for (const int number : numbers) {
         try {
             const Item item = kind.Load(game, number);
             if (item.empty) {
@@ -31,7 +35,9 @@ void ExtractKind(Game& game, const ItemKind& kind, const Options& options) {
         } catch (const CommandError& error) {
             ReportAndGoOn(error.what());
         }
+        bar.Step(++seen, static_cast<std::int32_t>(numbers.size()));
     }
+    bar.Finish();
     Say(kind.Name() + ": " + std::to_string(items) + " items in " + std::to_string(to.Files()) +
         " files" + (empty > 0 ? ", " + std::to_string(empty) + " without data" : ""));
 }
@@ -57,6 +63,7 @@ void AddExtract(CLI::App& command) {
     AddFolder(command, options->folder);
     command.add_option("OUT", options->out, "The folder to write into; created when missing")
         ->required();
+    AddForce(command);
     AddKinds(command, options->kinds);
     command.add_flag("--bmp", options->bmp, "Pictures as BMP files instead of PNG files");
     command.callback([options] { Run(*options); });

@@ -114,7 +114,7 @@ std::string Manual(const CLI::App& app) {
     std::ostringstream out;
     out << ".TH TESSARO 1\n.SH NAME\ntessaro \\- " << Roff(app.get_description())
         << "\n.SH SYNOPSIS\n.B tessaro\n.I COMMAND\n[\\fIARGUMENTS\\fR]\n.SH DESCRIPTION\n"
-        << "Numbers count from 0, those of fonts for\n.B text\nfrom 1.\nEvery command tells its "
+        << "Numbers are those that\n.B list\nprints.\nEvery command tells its "
            "arguments with\n.BR \\-\\-help .\n"
         << ".SH COMMANDS\n";
     for (const Command& row : Commands()) {

@@ -46,12 +46,12 @@ private:
 
 /// The smallest map set there is, to import into: one map whose three planes are stored empty.
 void WriteEmptySet(const std::string& header, const std::string& data) {
-    WriteFile(header, {0xCD, 0xAB, 8, 0, 0, 0});
+    WriteFile(header, {0xCD, 0xAB, 8, 0, 0, 0}, kExtractedFile);
     ByteArray bytes = {'T', 'E', 'D', '5', 'v', '1', '.', '0'};
     bytes.resize(bytes.size() + 3 * 4 + 3 * 2);  // offsets and lengths
     bytes.insert(bytes.end(), {64, 0, 64, 0});   // width and height
     bytes.resize(bytes.size() + 16);             // the name
-    WriteFile(data, bytes);
+    WriteFile(data, bytes, kExtractedFile);
 }
 
 void ImportAll(clsGameMaps& maps, const std::string& file) {
@@ -96,7 +96,7 @@ void Run(const Options& options) {
              : maps.ExportMap(options.map.value_or(0), made, !options.how.noNames, type);
     if (!exported || !fs::exists(made))
         Fail(options.in + " was not converted");
-    WriteFile(options.out, ReadFile(made));
+    WriteFile(options.out, ReadFile(made), kMapFile);
     Say(options.out + ": " + std::to_string(many ? maps.NumberOfMaps() : 1) + " maps, " +
         FormatOf(type).name);
 }
@@ -110,6 +110,7 @@ void AddMapConvert(CLI::App& command) {
     command.add_option("OUT", options->out, "The map file to write")->required();
     command.add_option("--map", options->map, "Only this map of the file, from 0")->type_name("N");
     options->how.AddTo(command);
+    AddForce(command);
     command.callback([options] { Run(*options); });
 }
 

@@ -12,6 +12,7 @@ struct Edit {
     std::string folder, name;
     int map = -1, width = 0, height = 0, fill = 0, plane = 0, x = 0, y = 0, value = 0;
     SaveOptions save;
+    MapLayoutOptions layout;
 };
 
 using Change = void (*)(Game&, const Edit&);
@@ -21,7 +22,8 @@ void Name(clsGameMaps& maps, int map, const std::string& name) {
     if (name.size() > room)
         throw CommandError("the name has " + std::to_string(name.size()) +
                            " characters, the maps of this game have room for " +
-                           std::to_string(room));
+                           std::to_string(room) +
+                           "; shorten it, or give --name-size for a game that is built for it");
     maps.MapName(map, name);
 }
 
@@ -76,6 +78,7 @@ void Run(const Edit& edit, Change change, bool adds) {
     if (adds && now.map < 0)
         now.map = count;
     CheckNumber("map", now.map, adds ? count + 1 : count);
+    now.layout.Apply(game.Maps());
     change(game, now);
     game.SaveMaps(edit.save);
     Say(std::to_string(game.Maps().NumberOfMaps()) + " maps saved");
@@ -90,6 +93,7 @@ Edit& AddEdit(CLI::App& command, Change change, bool adds = false) {
     else
         AddMapNumber(command, edit->map);
     edit->save.AddTo(command);
+    edit->layout.AddTo(command);
     command.callback([=] { Run(*edit, change, adds); });
     return *edit;
 }

@@ -26,12 +26,30 @@ int MapNumber(const std::string& text) {
     return number;
 }
 
+/// The library would write a file of another name instead.
+void CheckSizes(clsGameMaps& maps, const MapFormat& format) {
+    if (format.type != mftFloEditMapFile)
+        return;
+    for (int map = 0; map < maps.NumberOfMaps(); ++map) {
+        typMapPlane planes;
+        std::int32_t width = 0, height = 0;
+        if (!maps.LoadMap(map, planes, width, height))
+            Fail("map " + std::to_string(map));
+        if (width != 64 || height != 64)
+            throw CommandError("FloEdit files hold maps of 64 x 64 cells, map " +
+                               std::to_string(map) + " has " + std::to_string(width) + " x " +
+                               std::to_string(height) + "; a .map file takes all");
+    }
+}
+
 void ExportAll(Game& game, const Options& options) {
     const MapFormat* byExtension = FormatOfFile(options.file);
     if (!byExtension)
         throw UsageError("all maps go into a .map, .lvl, .rtl or .rtc file");
     if (options.how.FormatFor(options.file).type != byExtension->type)
         throw UsageError("with all maps the file's extension names the format");
+    CheckSizes(game.Maps(), *byExtension);
+    CheckReplaceable(options.file, kMapFile);
     if (!game.Maps().ExportMultiMap(CountedFrom0(game.Maps().NumberOfMaps()), options.file,
                                     !options.how.noNames))
         Fail("the maps were not exported to " + options.file);
@@ -43,6 +61,7 @@ void ExportOne(Game& game, const Options& options) {
     CheckNumber("map", map, game.Maps().NumberOfMaps());
     const enmMapFileType asked = options.how.FormatFor(options.file).type;
     enmMapFileType type = asked;
+    CheckReplaceable(options.file, kMapFile);
     if (!game.Maps().ExportMap(map, options.file, !options.how.noNames, type))
         Fail("map " + options.map + " was not exported to " + options.file);
     if (type != asked)
@@ -67,6 +86,7 @@ void AddMapExport(CLI::App& command) {
     command.add_option("MAP", options->map, "The map's number, from 0, or \"all\"")->required();
     command.add_option("FILE", options->file, "The file to write")->required();
     options->how.AddTo(command);
+    AddForce(command);
     AddYes(command);
     command.callback([options] { Run(*options); });
 }

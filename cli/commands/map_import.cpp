@@ -14,6 +14,7 @@ struct Options {
     std::string folder, file;
     int map = 0;
     SaveOptions save;
+    MapLayoutOptions layout;
 };
 
 void Run(const Options& options) {
@@ -21,6 +22,7 @@ void Run(const Options& options) {
     const int before = game.Maps().NumberOfMaps();
     CheckNumber("map", options.map, before + 1);  // one behind the last adds maps
     CheckReadable(options.file);
+    options.layout.Apply(game.Maps());
     if (!game.Maps().ImportMap(options.map, options.file))
         Fail(options.file + " was not imported");
     const int added = game.Maps().NumberOfMaps() - before;
@@ -38,6 +40,7 @@ void AddMapImport(CLI::App& command) {
         ->required();
     command.add_option("FILE", options->file, "The map file; its format is recognised")->required();
     options->save.AddTo(command);
+    options->layout.AddTo(command);
     command.callback([options] { Run(*options); });
 }
 

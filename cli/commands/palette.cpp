@@ -26,7 +26,7 @@ void Run(const Options& options) {
         Fail(options.in);
     if (!palette.CreatePaletteFileData(options.to, colors, file))
         Fail(options.out);
-    WriteFile(options.out, file);
+    WriteFile(options.out, file, kPaletteFile);
     Say(options.out + ": " + std::to_string(file.size()) + " bytes");
 }
 
@@ -39,6 +39,7 @@ void AddPaletteConvert(CLI::App& command) {
                     "A JASC or RIFF palette, a C array (.cpp) or an RGB list (.inc)")
         ->required();
     command.add_option("OUT", options->out, "The file to write")->required();
+    AddForce(command);
     AddChoice(command, "--to", options->to, ListOf(kFormats), "The format; obj holds _gamepal")
         ->required();
     command.callback([options] { Run(*options); });

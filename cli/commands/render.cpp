@@ -21,7 +21,7 @@ void Run(const Options& options) {
     CheckNumber("map", options.map, game.Maps().NumberOfMaps());
     std::optional<MapCounts> counts;
     const Canvas picture = DrawMap(game, options.map, options.cell, &counts);
-    WriteFile(options.out, picture.Png());
+    WriteFile(options.out, picture.Png(), kPngFile);
     const auto number = [](int count, const char* what) { return std::to_string(count) + what; };
     Say(DisplayName(game.Maps(), options.map) + ": " +
         number(picture.Width() / options.cell, " x ") +

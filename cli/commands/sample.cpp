@@ -1,6 +1,8 @@
 // tessaro sample OUT [--ega]
 #include "sample/sample.h"
 
+#include <filesystem>
+
 #include <iostream>
 
 #include "commands/arguments.h"
@@ -15,9 +17,12 @@ namespace {
 void Run(const std::string& out, bool ega) {
     const std::vector<sample::SampleFile> files =
         ega ? sample::MakeEgaSampleGame() : sample::MakeSampleGame();
-    CreateFolders(out);  // no other game has these extensions: nothing of value is overwritten
+    std::error_code error;
+    if (std::filesystem::exists(out, error) && !std::filesystem::is_empty(out, error))
+        throw CommandError(out + " is not an empty folder; give a new folder for the sample game");
+    CreateFolders(out);
     for (const sample::SampleFile& file : files)
-        WriteFile(PathIn(out, file.name), file.content);
+        WriteFile(PathIn(out, file.name), file.content, kExtractedFile);
     Say(out + ": " + std::to_string(files.size()) + " files");
 }
 
@@ -26,7 +31,7 @@ void Run(const std::string& out, bool ega) {
 void AddSample(CLI::App& command) {
     auto out = std::make_shared<std::string>();
     auto ega = std::make_shared<bool>(false);
-    command.add_option("OUT", *out, "The folder to write into; created when missing")->required();
+    command.add_option("OUT", *out, "A new or an empty folder")->required();
     command.add_flag("--ega", *ega, "A game with 16 colours instead of 256");
     command.callback([out, ega] { Run(*out, *ega); });
 }

@@ -54,7 +54,7 @@ void Run(const std::string& folder, const std::string& out) {
         }
         top += section.Rows() * kCellHeight;
     }
-    WriteFile(out, sheet.Png());
+    WriteFile(out, sheet.Png(), kPngFile);
     Say(sections[0].title + "; " + sections[1].title);
 }
 

@@ -32,11 +32,12 @@ std::string Lines(const std::string& text) {
 
 void Run(const Options& options) {
     Game game(options.folder);
-    CheckNumber("font", options.font, game.Graphics().NumberOfFonts(), 1);
+    const int first = game.Graphics().StartFonts();
+    CheckNumber("font", options.font, game.Graphics().NumberOfFonts(), first);
     ByteArray pixels;
     std::int32_t width = 0, height = 0;
-    if (!game.Graphics().ConvertTextToFont(options.font, Lines(options.text), pixels, width, height,
-                                           options.ground, options.ink))
+    if (!game.Graphics().ConvertTextToFont(options.font - first + 1, Lines(options.text), pixels,
+                                           width, height, options.ground, options.ink))
         Fail("the text was not drawn");
     if (width < 1 || height < 1)
         throw CommandError("the font has none of these characters");
@@ -49,7 +50,7 @@ void Run(const Options& options) {
         const auto row = pixels.begin() + static_cast<std::ptrdiff_t>(stride) * y;
         image.pixels.insert(image.pixels.end(), row, row + width);
     }
-    WriteFile(options.out, ToPng(image));
+    WriteFile(options.out, ToPng(image), kPngFile);
     Say(std::to_string(width) + " x " + std::to_string(height) + " pixels");
 }
 
@@ -60,7 +61,7 @@ void AddText(CLI::App& command) {
     AddFolder(command, options->folder);
     command.add_option("TEXT", options->text, "The text; \\n starts a new line")->required();
     AddPngOut(command, options->out);
-    command.add_option("--font", options->font, "The font's number, from 1")
+    command.add_option("--font", options->font, "The font's number, as list prints it")
         ->required()
         ->type_name("N");
     AddNumber(command, "--ink", options->ink, 0, 255, "The palette colour of the letters [15]");

@@ -14,15 +14,15 @@ std::string Extraction::Path(const std::string& name) {
     return PathIn(folder_, name);
 }
 
-void Extraction::Write(const std::string& name, const ByteArray& bytes) {
-    WriteFile(Path(name), bytes);
+void Extraction::Write(const std::string& name, const ByteArray& bytes, const FileKind& kind) {
+    WriteFile(Path(name), bytes, kind);
 }
 
 void Extraction::Write(const std::string& stem, const IndexedImage& image) {
     if (asBmp_)
-        Write(stem + ".bmp", ToBmp(image, image.colorCount == 16 ? 4 : 8));
+        Write(stem + ".bmp", ToBmp(image, image.colorCount == 16 ? 4 : 8), kBmpFile);
     else
-        Write(stem + ".png", ToPng(image));
+        Write(stem + ".png", ToPng(image), kPngFile);
 }
 
 std::string ItemKind::Stem(const Item& item) const {

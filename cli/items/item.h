@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "file_kinds.h"
 #include "game.h"
 #include "pictures/image.h"
 
@@ -28,7 +29,8 @@ public:
 
     /// A path for a file of the given name, below the folder.
     std::string Path(const std::string& name);
-    void Write(const std::string& name, const ByteArray& bytes);
+    void Write(const std::string& name, const ByteArray& bytes,
+               const FileKind& kind = kExtractedFile);
     /// Writes a picture as `stem`.png or .bmp.
     void Write(const std::string& stem, const IndexedImage& image);
     int Files() const { return files_; }

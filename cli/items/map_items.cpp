@@ -42,11 +42,12 @@ public:
         const std::string name = SafeName(*item.name);
         const std::string stem = Stem(item) + (name.empty() ? "" : "-" + name);
         const std::string path = to.Path(stem + ".map");
+        CheckReplaceable(path, kMapFile);
         RemoveFile(path);  // an earlier file of another format would keep its format
         enmMapFileType type = mftKZRMapFile;
         if (!game.Maps().ExportMap(item.number, path, true, type))
             Fail("map " + std::to_string(item.number));
-        to.Write(stem + ".png", DrawMap(game, item.number).Png());
+        to.Write(stem + ".png", DrawMap(game, item.number).Png(), kPngFile);
     }
 };
 

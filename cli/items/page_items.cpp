@@ -68,7 +68,7 @@ public:
     }
 
     void Extract(Game& game, const Item& item, Extraction& to) const override {
-        to.Write(Stem(item) + ".wav", LoadWav(game, item.number));
+        to.Write(Stem(item) + ".wav", LoadWav(game, item.number), kWavFile);
     }
 
 private:

@@ -40,7 +40,7 @@ public:
         ByteArray file;
         if (!game.Palette().CreatePaletteFileData(ptJASC3, item.bytes, file))
             Fail("palette " + std::to_string(item.number));
-        to.Write(Stem(item) + ".pal", file);
+        to.Write(Stem(item) + ".pal", file, kPaletteFile);
     }
 };
 

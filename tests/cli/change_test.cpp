@@ -248,8 +248,7 @@ TEST(MapCommands, AddRemoveAndTheQuestion) {
     EXPECT_NE(asked.err.find("--yes"), std::string::npos);
     const Ran ran = Tessaro({"map", "import", game.Path(), end, one, "--yes"});
     ASSERT_EQ(ran.exitCode, 0) << ran.err;
-    EXPECT_NE(ran.err.find("] " + std::to_string(count + 1) + "/"), std::string::npos)
-        << "the finished progress bar";
+    EXPECT_EQ(ran.err, "") << "no progress bar where there is no terminal";
     EXPECT_EQ(ItemOf(game.Path(), "map", count).at("crc32"),
               ItemOf(game.Path(), "map", 0).at("crc32"));
     ASSERT_EQ(Tessaro({"map", "add", game.Path(), "0", "--name", "Attic"}).exitCode, 0);

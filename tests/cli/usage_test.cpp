@@ -33,14 +33,18 @@ TEST(Usage, FailuresAreOneLineAndAnExitCode) {
         {{"map", "export", game.Path(), "0", none, "--tag", "12345"}, 2, "--tag"},
         {{"palette", "convert", file, none, "--to", "jpeg"}, 2, "jpeg"},
         {{"list", none}, 1, "not a folder"},
+        {{"info", ""}, 2, "FOLDER is empty"},
+        {{"info", file}, 1, "the one that the file is in"},
+        {{"map", "set", game.Path(), "0", "3", "0", "0", "1"}, 1, "no plane 3 (they run from 0"},
+        {{"map", "resize", game.Path(), "0", "0", "5"}, 1, "0 x 5 cells"},
         {{"list", nothing.Path()}, 1, "VGADICT"},
         {{"render", game.Path(), "99", none}, 1, "no map 99"},
         {{"render", game.Path(), "0", "/nowhere/at/all.png"}, 1, "cannot write"},
-        {{"text", game.Path(), "--font", "0", "x", none}, 1, "no font 0"},
+        {{"text", game.Path(), "--font", "0", "x", none}, 1, "no font 0 (they run from 1"},
         {{"import", game.Path(), "--wall", "0", none}, 1, "cannot read"},
         {{"import", game.Path(), "--wall", "0", file}, 1, "neither a PNG nor a BMP"},
         {{"import", game.Path(), "--sound", "0", file}, 1, "not a WAV file"},
-        {{"map", "rename", game.Path(), "0", "a name of twenty-one."}, 1, "21 characters"},
+        {{"map", "rename", game.Path(), "0", "a name of twenty-one."}, 1, "--name-size"},
         {{"map", "set", game.Path(), "0", "0", "64", "0", "1"},
          1,
          "no column 64 (they run from 0 to 63)"},
@@ -122,6 +126,52 @@ TEST(Usage, ErrorsCanBeJsonAndWorkCanBeQuiet) {
     EXPECT_NE(loud.out, "");
     EXPECT_EQ(quiet.out + quiet.err, "");
     EXPECT_EQ(files.Read("a.png"), files.Read("b.png"));
+}
+
+TEST(Usage, NoSlipCostsAFile) {
+    const SampleGame game;
+    const TempFolder files;
+    const ByteArray notes = Ascii("notes of a year");
+    const std::string mine = files.Write("mine.txt", notes);
+    const std::string swap = game.Folder().File("VSWAP.LKP"), other = files.File("VSWAP.WL6");
+    files.Write("VSWAP.WL6", Ascii("some game's pages"));
+    const std::vector<std::vector<std::string>> commands = {
+        {"render", game.Path(), "0"},
+        {"sheet", game.Path()},
+        {"text", game.Path(), "--font", "1", "x"},
+        {"map", "export", game.Path(), "0"},
+        {"palette", "convert", files.Write("p.pal", Ascii("JASC-PAL\r\n0100\r\n1\r\n1 2 3\r\n")),
+         "--to", "raw"},
+    };
+    const Json before = List(game.Path());
+    for (std::vector<std::string> command : commands) {
+        SCOPED_TRACE(command[0]);
+        command.push_back(mine);
+        const Ran asked = Tessaro(command);
+        EXPECT_EQ(asked.exitCode, 1);
+        EXPECT_NE(asked.err.find("--force"), std::string::npos) << asked.err;
+        EXPECT_EQ(files.Read("mine.txt"), notes);
+        command.push_back("--force");
+        EXPECT_EQ(Tessaro(command).exitCode, 0);
+        EXPECT_NE(files.Read("mine.txt"), notes);
+        command.pop_back();
+        EXPECT_EQ(Tessaro(command).exitCode, 0) << "its own file is replaced unasked";
+        for (const std::string& data : {swap, other}) {
+            command.back() = data;
+            const Ran never = Tessaro(command);
+            EXPECT_EQ(never.exitCode, 1);
+            EXPECT_NE(never.err.find("never replaced"), std::string::npos) << never.err;
+        }
+        files.Write("mine.txt", notes);
+    }
+    EXPECT_EQ(List(game.Path()), before);
+    EXPECT_EQ(files.Read("VSWAP.WL6"), Ascii("some game's pages"));
+    const Ran sample = Tessaro({"sample", files.Path()});
+    EXPECT_EQ(sample.exitCode, 1);
+    EXPECT_NE(sample.err.find("empty"), std::string::npos);
+    EXPECT_EQ(ListFiles(files.Path(), "*.LKP").size(), 0U);
+    for (const std::string& name : ListFiles(files.Path(), "*"))
+        EXPECT_EQ(name.find(".new"), std::string::npos) << "nothing is left beside";
 }
 
 TEST(Usage, TheErrorLogIsInTheUsersStateFolder) {
