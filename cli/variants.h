@@ -5,13 +5,13 @@
 
 namespace tessaro::cli {
 
-/// What the cells of a variant's maps mean.
-enum class MapCodes { Classic, Other };
+/// The games whose map cells are known. Where nothing is known every value is `Unknown`.
+enum class CellSet { Wolf, Spear, Catacomb, Unknown };
 
 struct Variant {
     const char* extension;
     const char* name;
-    MapCodes codes;
+    CellSet cells;
 };
 
 /// The variant of an extension in upper case; null for one that is not known.

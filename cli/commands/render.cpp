@@ -2,6 +2,7 @@
 #include <iostream>
 
 #include "commands/arguments.h"
+#include "cells/cell_values.h"
 #include "commands/commands.h"
 #include "drawing/map_picture.h"
 #include "files.h"
@@ -19,17 +20,23 @@ struct Options {
 void Run(const Options& options) {
     Game game(options.folder);
     CheckNumber("map", options.map, game.Maps().NumberOfMaps());
-    std::optional<MapCounts> counts;
+    MapCounts counts;
     const Canvas picture = DrawMap(game, options.map, options.cell, &counts);
     WriteFile(options.out, picture.Png(), kPngFile);
     const auto number = [](int count, const char* what) { return std::to_string(count) + what; };
-    Say(DisplayName(game.Maps(), options.map) + ": " +
-        number(picture.Width() / options.cell, " x ") +
-        number(picture.Height() / options.cell, " cells") +
-        (counts ? ", " + number(counts->doors, " doors, ") +
-                      number(counts->secrets, " secret walls, ") +
-                      number(counts->enemies, " enemies, ") + number(counts->objects, " objects")
-                : ", whose codes are not known here; colours and dots stand for them"));
+    std::string line = DisplayName(game.Maps(), options.map) + ": " +
+                       number(picture.Width() / options.cell, " x ") +
+                       number(picture.Height() / options.cell, " cells");
+    if (CellSetOf(game.Version()) == CellSet::Unknown) {
+        Say(line + ", whose codes are not known here; colours and dots stand for them");
+        return;
+    }
+    line += number(counts.doors, " doors, ").insert(0, ", ") +
+            number(counts.secrets, " secret walls, ") + number(counts.enemies, " enemies, ") +
+            number(counts.objects, " objects");
+    for (const auto& [name, count] : counts.bosses)
+        line += ", " + name + (count > 1 ? " (" + std::to_string(count) + ")" : "");
+    Say(line);
 }
 
 }  // namespace
@@ -44,7 +51,8 @@ void AddRender(CLI::App& command) {
     command.footer(
         "Walls wear their pictures, rock between the rooms is black. Doors are bars: cyan, with a\n"
         "gold or silver lock, brown for lifts. Discs are enemies, facing where their mark points;\n"
-        "the green arrow is the player's start; a magenta S marks a secret wall.");
+        "bosses are framed in red. The green arrow is the player's start; a magenta S marks a\n"
+        "secret wall, a red question mark a value that means nothing to the game.");
 }
 
 }  // namespace tessaro::cli

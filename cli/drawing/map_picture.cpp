@@ -5,9 +5,8 @@
 #include <map>
 
 #include "console.h"
-#include "drawing/map_codes.h"
+#include "drawing/cell_pictures.h"
 #include "report.h"
-#include "variants.h"
 
 namespace tessaro::cli {
 
@@ -15,25 +14,27 @@ namespace {
 
 constexpr Rgb kFloor{52, 52, 56}, kRock{20, 20, 24}, kOutline{8, 8, 8}, kStart{64, 255, 64};
 constexpr Rgb kSecretMark{255, 64, 255}, kTurnMark{84, 84, 92}, kExitMark{255, 255, 255};
-constexpr Rgb kDoors[] = {{0, 190, 190}, {255, 200, 0}, {210, 210, 225}, {190, 110, 40}};
-constexpr Rgb kObject{230, 200, 90};
+constexpr Rgb kObject{230, 200, 90}, kBoss{255, 60, 50}, kStrange{255, 0, 0};
+/// By their lock; 3 and 4 open with keys that no game has.
+constexpr Rgb kDoors[] = {{0, 190, 190},   {255, 200, 0},   {210, 210, 225},
+                          {120, 120, 120}, {120, 120, 120}, {190, 110, 40}};
 
-Rgb EnemyColor(Enemy enemy) {
-    switch (enemy) {
-        case Enemy::Guard:
+Rgb BreedColor(Breed breed) {
+    switch (breed) {
+        case Breed::Guard:
             return {200, 140, 80};
-        case Enemy::Officer:
+        case Breed::Officer:
             return {235, 235, 235};
-        case Enemy::Soldier:
+        case Breed::Soldier:
             return {90, 120, 255};
-        case Enemy::Dog:
+        case Breed::Dog:
             return {150, 90, 40};
-        case Enemy::Mutant:
+        case Breed::Mutant:
             return {120, 200, 120};
-        case Enemy::Other:
+        case Breed::Other:
             break;
     }
-    return {255, 60, 50};
+    return kBoss;
 }
 
 /// A colour for a number, far from those of its neighbours.
@@ -47,15 +48,9 @@ Rgb FlatColor(std::int32_t value) {
     return {channel(0), channel(4), channel(2)};
 }
 
-/// A variant that nobody knows has the classic codes, unless it has 16 colours.
-bool HasClassicCodes(const clsVersion& version) {
-    const Variant* variant = VariantOf(version.Extension());
-    return variant ? variant->codes == MapCodes::Classic : !version.EGAGraphics();
-}
-
 class MapPainter {
 public:
-    MapPainter(Game& game, int map, int cellSize) : game_(game), size_(cellSize) {
+    MapPainter(Game& game, int map, int cellSize) : pictures_(game), size_(cellSize) {
         std::int32_t width = 0, height = 0;
         if (!game.Maps().LoadMap(map, planes_, width, height))
             Fail("map " + std::to_string(map));
@@ -63,43 +58,32 @@ public:
         height_ = height;
         if (std::int64_t{width_} * size_ > 16384 || std::int64_t{height_} * size_ > 16384)
             throw CommandError("the picture would be too large; give a smaller --cell");
-        OpenPages();
     }
 
-    Canvas Classic(MapCounts& counts);
-    Canvas Flat();
+    Canvas Draw(MapCounts& counts);
 
 private:
-    void OpenPages();
+    Canvas Classic(MapCounts& counts);
+    Canvas Tiles(MapCounts& counts);
+    Canvas Flat();
     std::int32_t Cell(std::size_t plane, int x, int y) const;
+    const CellValue& Meaning(int plane, int x, int y) const;
     bool IsOpen(int x, int y) const;
     bool IsBuried(int x, int y) const;
     Rect Place(int x, int y) const { return {x * size_, y * size_, size_, size_}; }
-    const IndexedImage* Picture(std::map<int, IndexedImage>& known, int number,
-                                bool (clsVSwap::*load)(std::int32_t, ByteArray&), int count);
-    const IndexedImage* WallPicture(std::int32_t cell);
-    const IndexedImage* SpritePicture(int number);
     void DrawWall(Canvas& canvas, int x, int y);
-    void DrawDoor(Canvas& canvas, int x, int y, const GroundCell& door);
-    void DrawThing(Canvas& canvas, int x, int y, const ThingCell& thing);
+    void DrawDoor(Canvas& canvas, int x, int y, const CellValue& door);
+    void DrawThing(Canvas& canvas, int x, int y, const CellValue& thing);
+    void DrawSprite(Canvas& canvas, int x, int y, Rgb without);
+    void DrawStart(Canvas& canvas, const Rect& place, int direction);
+    void DrawStrange(Canvas& canvas, const Rect& place);
+    static void Count(const CellValue& thing, MapCounts& counts);
 
-    Game& game_;
+    CellPictures pictures_;
     int size_, width_ = 0, height_ = 0;
     typMapPlane planes_;
-    clsVSwap* pages_ = nullptr;
-    std::map<int, IndexedImage> walls_, sprites_;
+    std::map<std::int32_t, IndexedImage> cropped_;
 };
-
-/// A page file that cannot be opened costs the pictures, not the map.
-void MapPainter::OpenPages() {
-    if (!game_.HasPages())
-        return;
-    try {
-        pages_ = &game_.Pages();
-    } catch (const CommandError&) {
-        TheConsole().TakeReason();
-    }
-}
 
 std::int32_t MapPainter::Cell(std::size_t plane, int x, int y) const {
     if (plane >= planes_.Plane.size())
@@ -109,9 +93,12 @@ std::int32_t MapPainter::Cell(std::size_t plane, int x, int y) const {
               static_cast<std::size_t>(x)];
 }
 
+const CellValue& MapPainter::Meaning(int plane, int x, int y) const {
+    return ValueOf(pictures_.Set(), plane, Cell(static_cast<std::size_t>(plane), x, y));
+}
+
 bool MapPainter::IsOpen(int x, int y) const {
-    return x >= 0 && y >= 0 && x < width_ && y < height_ &&
-           GroundOf(Cell(0, x, y)).ground != Ground::Wall;
+    return x >= 0 && y >= 0 && x < width_ && y < height_ && Meaning(0, x, y).kind != CellKind::Wall;
 }
 
 /// Whether a wall is seen from nowhere: the rock between the rooms.
@@ -123,50 +110,19 @@ bool MapPainter::IsBuried(int x, int y) const {
     return true;
 }
 
-const IndexedImage* MapPainter::Picture(std::map<int, IndexedImage>& known, int number,
-                                        bool (clsVSwap::*load)(std::int32_t, ByteArray&),
-                                        int count) {
-    const auto [entry, isNew] = known.try_emplace(number);
-    ByteArray bmp;
-    if (isNew && number >= 0 && number < count && (pages_->*load)(number, bmp) && bmp.size() > 1)
-        entry->second = FromBmp(bmp);
-    return entry->second.width > 0 ? &entry->second : nullptr;
-}
-
-/// Each wall has two pictures, the lit one first; the last eight are those of the doors.
-const IndexedImage* MapPainter::WallPicture(std::int32_t cell) {
-    constexpr int kDoorPictures = 8;
-    return pages_ ? Picture(walls_, (cell - 1) * 2, &clsVSwap::LoadWall,
-                            pages_->NumberOfWalls() - kDoorPictures)
-                  : nullptr;
-}
-
-const IndexedImage* MapPainter::SpritePicture(int number) {
-    if (!pages_)
-        return nullptr;
-    const bool isNew = !sprites_.contains(number);
-    const IndexedImage* picture =
-        Picture(sprites_, number, &clsVSwap::LoadSprite, pages_->NumberOfSprites());
-    if (picture && isNew) {
-        sprites_[number].hole = kHole;
-        sprites_[number] = Cropped(sprites_[number]);
-    }
-    return picture && picture->width > 0 ? picture : nullptr;
-}
-
 void MapPainter::DrawWall(Canvas& canvas, int x, int y) {
     if (IsBuried(x, y)) {
         canvas.Fill(Place(x, y), kRock);
         return;
     }
     const std::int32_t cell = Cell(0, x, y);
-    if (const IndexedImage* picture = WallPicture(cell))
+    if (const IndexedImage* picture = pictures_.Of(0, cell))
         canvas.Draw(*picture, Place(x, y), 288);
     else
         canvas.Fill(Place(x, y), FlatColor(cell));
 }
 
-void MapPainter::DrawDoor(Canvas& canvas, int x, int y, const GroundCell& door) {
+void MapPainter::DrawDoor(Canvas& canvas, int x, int y, const CellValue& door) {
     canvas.Fill(Place(x, y), kFloor);
     const int leaf = std::max(2, size_ / 4), aside = (size_ - leaf) / 2;
     const Rect area = door.upright ? Rect{x * size_ + aside, y * size_, leaf, size_}
@@ -176,34 +132,53 @@ void MapPainter::DrawDoor(Canvas& canvas, int x, int y, const GroundCell& door) 
         canvas.Frame(area, kOutline);
 }
 
-void MapPainter::DrawThing(Canvas& canvas, int x, int y, const ThingCell& thing) {
+/// What stands on the ground, at the foot of its cell; where there is no picture, a dot.
+void MapPainter::DrawSprite(Canvas& canvas, int x, int y, Rgb without) {
+    const Rect place = Place(x, y);
+    const std::int32_t cell = Cell(1, x, y);
+    const auto [entry, isNew] = cropped_.try_emplace(cell);
+    if (const IndexedImage* picture = isNew ? pictures_.Of(1, cell) : nullptr)
+        entry->second = Cropped(*picture);
+    const IndexedImage& sprite = entry->second;
+    if (sprite.width == 0) {
+        canvas.Disc(place.x + size_ / 2, place.y + size_ / 2, std::max(1, size_ / 5), without);
+        return;
+    }
+    const int longer = std::max(sprite.width, sprite.height);
+    const int width = std::max(1, sprite.width * size_ / longer);
+    const int height = std::max(1, sprite.height * size_ / longer);
+    canvas.Draw(sprite, {place.x + size_ / 2 - width / 2, place.y + size_ - height, width, height});
+}
+
+void MapPainter::DrawStart(Canvas& canvas, const Rect& place, int direction) {
+    const int half = size_ / 2, centerX = place.x + half, centerY = place.y + half;
+    canvas.Disc(centerX, centerY, half, kOutline);
+    canvas.Arrow(centerX, centerY, half, direction, kStart);
+    canvas.Frame({place.x - 1, place.y - 1, size_ + 2, size_ + 2}, kStart);
+}
+
+/// A value that the game has no meaning for: a question mark, framed.
+void MapPainter::DrawStrange(Canvas& canvas, const Rect& place) {
+    canvas.Frame(place, kStrange);
+    if (size_ >= 12)
+        canvas.Text(place.x + size_ / 2 - 2, place.y + size_ / 2 - 4, "?", kStrange);
+}
+
+void MapPainter::DrawThing(Canvas& canvas, int x, int y, const CellValue& thing) {
     const Rect place = Place(x, y);
     const int half = size_ / 2, centerX = place.x + half, centerY = place.y + half;
     const int radius = std::max(1, half - 2);
-    switch (thing.thing) {
-        case Thing::Nothing:
+    switch (thing.kind) {
+        case CellKind::Start:
+            DrawStart(canvas, place, thing.direction);
             break;
-        case Thing::Start:
-            canvas.Disc(centerX, centerY, half, kOutline);
-            canvas.Arrow(centerX, centerY, half, thing.direction, kStart);
-            canvas.Frame({place.x - 1, place.y - 1, size_ + 2, size_ + 2}, kStart);
+        case CellKind::Object:
+            DrawSprite(canvas, x, y, kObject);
             break;
-        case Thing::Object: {
-            const IndexedImage* sprite = SpritePicture(thing.sprite);
-            if (!sprite) {
-                canvas.Disc(centerX, centerY, std::max(1, size_ / 5), kObject);
-                break;
-            }
-            const int longer = std::max(sprite->width, sprite->height);
-            const int width = std::max(1, sprite->width * size_ / longer);
-            const int height = std::max(1, sprite->height * size_ / longer);
-            canvas.Draw(*sprite, {centerX - width / 2, place.y + size_ - height, width, height});
-            break;
-        }
-        case Thing::Turn:
+        case CellKind::Turn:
             canvas.Arrow(centerX, centerY, size_ / 4, thing.direction, kTurnMark);
             break;
-        case Thing::Secret:
+        case CellKind::Pushwall:
             canvas.Frame(place, kSecretMark);
             canvas.Frame({place.x + 1, place.y + 1, size_ - 2, size_ - 2}, kSecretMark);
             if (size_ >= 12) {
@@ -211,38 +186,86 @@ void MapPainter::DrawThing(Canvas& canvas, int x, int y, const ThingCell& thing)
                 canvas.Text(centerX - 2, centerY - 4, "S", kSecretMark);
             }
             break;
-        case Thing::Exit:
+        case CellKind::Exit:
             canvas.Frame(place, kExitMark);
             break;
-        case Thing::Enemy:
+        case CellKind::Enemy:
             canvas.Disc(centerX, centerY, radius, kOutline);
-            canvas.Disc(centerX, centerY, radius - 1, EnemyColor(thing.enemy));
+            canvas.Disc(centerX, centerY, radius - 1, BreedColor(thing.breed));
             if (thing.direction >= 0)
                 canvas.Arrow(centerX, centerY, std::max(1, radius - 2), thing.direction, kOutline);
             break;
+        case CellKind::Boss:
+            DrawSprite(canvas, x, y, kBoss);
+            canvas.Frame(place, kBoss);
+            break;
+        case CellKind::Unknown:
+            DrawStrange(canvas, place);
+            break;
+        case CellKind::Nothing:
+        case CellKind::Wall:
+        case CellKind::Door:
+        case CellKind::Floor:
+        case CellKind::Thing:
+            break;
     }
+}
+
+void MapPainter::Count(const CellValue& thing, MapCounts& counts) {
+    counts.secrets += thing.kind == CellKind::Pushwall;
+    counts.enemies += thing.kind == CellKind::Enemy || thing.kind == CellKind::Boss;
+    counts.objects += thing.kind == CellKind::Object || thing.kind == CellKind::Thing;
+    counts.starts += thing.kind == CellKind::Start;
+    if (thing.kind == CellKind::Boss)
+        ++counts.bosses[thing.name];
 }
 
 Canvas MapPainter::Classic(MapCounts& counts) {
     Canvas canvas(width_ * size_, height_ * size_, kFloor);
     for (int y = 0; y < height_; ++y)
         for (int x = 0; x < width_; ++x) {
-            const GroundCell ground = GroundOf(Cell(0, x, y));
-            if (ground.ground == Ground::Wall)
+            const CellValue& ground = Meaning(0, x, y);
+            if (ground.kind == CellKind::Wall)
                 DrawWall(canvas, x, y);
-            if (ground.ground == Ground::Door) {
+            if (ground.kind == CellKind::Door) {
                 DrawDoor(canvas, x, y, ground);
                 ++counts.doors;
             }
+            if (ground.kind == CellKind::Unknown)
+                DrawStrange(canvas, Place(x, y));
         }
     for (int y = 0; y < height_; ++y)
         for (int x = 0; x < width_; ++x) {
-            const ThingCell thing = ThingOf(Cell(1, x, y));
-            DrawThing(canvas, x, y, thing);
-            counts.secrets += thing.thing == Thing::Secret;
-            counts.enemies += thing.thing == Thing::Enemy;
-            counts.objects += thing.thing == Thing::Object;
-            counts.starts += thing.thing == Thing::Start;
+            DrawThing(canvas, x, y, Meaning(1, x, y));
+            Count(Meaning(1, x, y), counts);
+        }
+    return canvas;
+}
+
+/// Games of 16 colours: both planes as the tiles that the game's own editor showed.
+Canvas MapPainter::Tiles(MapCounts& counts) {
+    Canvas canvas(width_ * size_, height_ * size_, kFloor);
+    const int plane = ThingPlane(pictures_.Set());
+    for (int y = 0; y < height_; ++y)
+        for (int x = 0; x < width_; ++x) {
+            const Rect place = Place(x, y);
+            const std::int32_t ground = Cell(0, x, y);
+            if (const IndexedImage* picture = pictures_.Of(0, ground))
+                canvas.Draw(*picture, place);
+            else if (ground != 0)
+                canvas.Fill(place, FlatColor(ground));
+            const CellValue& thing = Meaning(plane, x, y);
+            Count(thing, counts);
+            if (thing.kind == CellKind::Start)
+                DrawStart(canvas, place, thing.direction);
+            else if (const IndexedImage* picture =
+                         pictures_.Of(plane, Cell(static_cast<std::size_t>(plane), x, y)))
+                canvas.Draw(*picture, place);
+            else if (thing.kind == CellKind::Unknown)
+                DrawStrange(canvas, place);
+            else if (thing.kind != CellKind::Nothing)
+                canvas.Disc(place.x + size_ / 2, place.y + size_ / 2, std::max(1, size_ / 5),
+                            kObject);
         }
     return canvas;
 }
@@ -274,17 +297,24 @@ Canvas MapPainter::Flat() {
     return canvas;
 }
 
+Canvas MapPainter::Draw(MapCounts& counts) {
+    switch (pictures_.Set()) {
+        case CellSet::Wolf:
+        case CellSet::Spear:
+            return Classic(counts);
+        case CellSet::Catacomb:
+            return Tiles(counts);
+        case CellSet::Unknown:
+            break;
+    }
+    return Flat();
+}
+
 }  // namespace
 
-Canvas DrawMap(Game& game, int map, int cellSize, std::optional<MapCounts>* counts) {
-    MapPainter painter(game, map, cellSize);
-    if (!HasClassicCodes(game.Version()))
-        return painter.Flat();
-    MapCounts found;
-    Canvas canvas = painter.Classic(found);
-    if (counts)
-        *counts = found;
-    return canvas;
+Canvas DrawMap(Game& game, int map, int cellSize, MapCounts* counts) {
+    MapCounts ignored;
+    return MapPainter(game, map, cellSize).Draw(counts ? *counts : ignored);
 }
 
 }  // namespace tessaro::cli

@@ -1,18 +1,23 @@
 // The overview picture of a map.
 #pragma once
 
+#include <map>
+#include <string>
+
 #include "game.h"
 #include "pictures/canvas.h"
 
 namespace tessaro::cli {
 
-/// What a map picture shows, counted; only for maps whose codes are known.
+/// What a map picture shows, counted.
 struct MapCounts {
     int doors = 0, secrets = 0, enemies = 0, objects = 0, starts = 0;
+    std::map<std::string, int> bosses{};  ///< by name; counted among the enemies, too
 };
 
 /// Draws walls with their pictures from the page file (in flat colours where there is none), and
 /// doors, floors, objects, enemies, secret walls and the player's start as signs of their own.
-Canvas DrawMap(Game& game, int map, int cellSize = 16, std::optional<MapCounts>* counts = nullptr);
+/// Games of 16 colours show both planes as their tiles; unknown games a colour a value.
+Canvas DrawMap(Game& game, int map, int cellSize = 16, MapCounts* counts = nullptr);
 
 }  // namespace tessaro::cli
