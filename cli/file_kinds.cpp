@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "files.h"
+#include "known/known_game.h"
 #include "report.h"
 
 namespace tessaro::cli {
@@ -86,8 +87,7 @@ const FileKind kPngFile{"a PNG file", IsPng}, kBmpFile{"a BMP file", IsBmp},
     kPaletteFile{"a palette file", IsPalette}, kExtractedFile{"an extracted item", IsAnything};
 
 void Protect(const std::string& path) {
-    if (!path.empty())
-        ProtectedFiles().emplace_back(path);
+    ProtectedFiles().emplace_back(path);
 }
 
 bool& ReplaceOtherKinds() {
@@ -99,14 +99,14 @@ void CheckReplaceable(const std::string& path, const FileKind& kind) {
     std::error_code error;
     if (!fs::is_regular_file(path, error))  // a free name, or a pipe, which loses nothing
         return;
-    const bool isGames = IsProtected(path);
+    const bool isOpen = IsProtected(path);
     ByteArray content;
-    if (!isGames) {
+    if (!isOpen) {
         content = ReadFile(path);
         if (content.empty() || kind.is(content))
             return;
     }
-    if (isGames || HasNameOfGameData(path))
+    if (isOpen || HasNameOfGameData(path) || (ReplaceOtherKinds() && IsOfKnownGame(content)))
         throw CommandError(path +
                            " is a game's data file and is never replaced by this command; "
                            "give another name");

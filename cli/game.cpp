@@ -9,6 +9,7 @@
 #include "console.h"
 #include "file_kinds.h"
 #include "files.h"
+#include "known/item_names.h"
 #include "progress.h"
 #include "report.h"
 
@@ -51,14 +52,6 @@ std::string WhyIncomplete(const clsVersion& version) {
     return "no game: neither VGADICT.* nor EGADICT.* is there";
 }
 
-/// What every command that writes must leave alone.
-std::vector<std::string> DataFiles(const clsVersion& version) {
-    return {version.MapHeaderFile(),   version.GameMapsFile(),  version.VSwapFile(),
-            version.VGADictFile(),     version.VGAHeaderFile(), version.VGAGraphFile(),
-            version.AudioHeaderFile(), version.AudioDictFile(), version.AudioDataFile(),
-            version.AudioMusFile()};
-}
-
 template <class Container>
 Container& Opened(std::unique_ptr<Container>& slot, bool (Container::*open)(),
                   const std::string& what) {
@@ -90,8 +83,28 @@ Game::Game(const std::string& folder) : folder_(folder) {
         throw CommandError(folder + ": " + WhyIncomplete(version_));
     }
     palette_.LoadPalette();
-    for (const std::string& file : DataFiles(version_))
+    for (const std::string& file : DataFiles())
         Protect(file);
+}
+
+Game::~Game() = default;
+
+std::vector<std::string> Game::DataFiles() const {
+    std::vector<std::string> files;
+    for (const std::string& file :
+         {version_.MapHeaderFile(), version_.GameMapsFile(), version_.VSwapFile(),
+          version_.VGADictFile(), version_.VGAHeaderFile(), version_.VGAGraphFile(),
+          version_.AudioHeaderFile(), version_.AudioDictFile(), version_.AudioDataFile(),
+          version_.AudioMusFile()})
+        if (!file.empty())
+            files.push_back(file);
+    return files;
+}
+
+ItemNames& Game::Names() {
+    if (!names_)
+        names_ = std::make_unique<ItemNames>(*this);
+    return *names_;
 }
 
 clsGameMaps& Game::Maps() {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "tessaro/tessaro.h"
 
@@ -13,6 +14,8 @@ class App;
 }
 
 namespace tessaro::cli {
+
+class ItemNames;
 
 /// Where a change goes: the options that every changing command has.
 struct SaveOptions {
@@ -36,6 +39,7 @@ struct MapLayoutOptions {
 class Game {
 public:
     explicit Game(const std::string& folder);
+    ~Game();
 
     const std::string& Folder() const { return folder_; }
     clsVersion& Version() { return version_; }
@@ -47,6 +51,11 @@ public:
     clsVSwap& Pages();
     clsVGAGraph& Graphics();
     clsAudioT& Audio();
+
+    /// The paths of the files that the game is read from.
+    std::vector<std::string> DataFiles() const;
+    /// What the items of games like this one are called.
+    ItemNames& Names();
 
     /// Sets the folders and the extension for a save, creating what is missing.
     void PrepareSave(const SaveOptions& options);
@@ -66,6 +75,7 @@ private:
     std::unique_ptr<clsVSwap> pages_;
     std::unique_ptr<clsVGAGraph> graphics_;
     std::unique_ptr<clsAudioT> audio_;
+    std::unique_ptr<ItemNames> names_;
 };
 
 /// A map's name as people see it: cut at its first zero byte and trimmed.

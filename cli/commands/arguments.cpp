@@ -12,7 +12,7 @@ void AddFolder(CLI::App& command, std::string& folder) {
     command.add_option("FOLDER", folder, "The folder with the game's data files")->required();
 }
 
-CLI::Option* AddMapNumber(CLI::App& command, int& map, const char* help) {
+CLI::Option* AddMapName(CLI::App& command, std::string& map, const char* help) {
     return command.add_option("MAP", map, help)->required();
 }
 

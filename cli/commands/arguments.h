@@ -13,9 +13,9 @@ namespace tessaro::cli {
 
 /// The FOLDER that nearly every command starts with.
 void AddFolder(CLI::App& command, std::string& folder);
-/// The MAP of a game.
-CLI::Option* AddMapNumber(CLI::App& command, int& map,
-                          const char* help = "The map's number, from 0");
+/// The MAP of a game; MapOf finds it.
+CLI::Option* AddMapName(CLI::App& command, std::string& map,
+                        const char* help = "The map's number, from 0, or its name");
 /// The OUT that receives a picture, and --force.
 void AddPngOut(CLI::App& command, std::string& out);
 /// --kind K, as often as wanted.

@@ -25,7 +25,7 @@ void ExtractKind(Game& game, const ItemKind& kind, const Options& options) {
     std::int32_t seen = 0;
     for (const int number : numbers) {
         try {
-            const Item item = kind.Load(game, number);
+            const Item item = LoadNamed(game, kind, number);
             if (item.empty) {
                 ++empty;
                 continue;

@@ -5,6 +5,7 @@
 #include "commands/arguments.h"
 #include "commands/commands.h"
 #include "files.h"
+#include "known/item_names.h"
 #include "report.h"
 #include "sounds/wav.h"
 
@@ -15,7 +16,7 @@ namespace {
 struct Options {
     std::string folder, file;
     enmVSWAPCompression compression = vcNone;
-    std::optional<int> wall, sprite, sound, picture, chunk, audio;
+    std::optional<std::string> wall, sprite, sound, picture, chunk, audio;
     SaveOptions save;
 };
 
@@ -43,23 +44,26 @@ void CheckSide(Game& game, const IndexedImage& image, const Options& options) {
 }
 
 void ImportWall(Game& game, const Options& options) {
-    CheckNumber("wall", *options.wall, game.Pages().NumberOfWalls());
+    const int wall = NumberOf(game, "wall", *options.wall);
+    CheckNumber("wall", wall, game.Pages().NumberOfWalls());
     const IndexedImage image = LoadImage(game, options.file, {});
     CheckSide(game, image, options);
-    game.Pages().SetChunkData(*options.wall, ToBmp(image));
+    game.Pages().SetChunkData(wall, ToBmp(image));
     game.SavePages(options.save, options.compression);
 }
 
 void ImportSprite(Game& game, const Options& options) {
-    CheckNumber("sprite", *options.sprite, game.Pages().NumberOfSprites());
+    const int sprite = NumberOf(game, "sprite", *options.sprite);
+    CheckNumber("sprite", sprite, game.Pages().NumberOfSprites());
     const IndexedImage image = LoadImage(game, options.file, kHole);
     CheckSide(game, image, options);
-    game.Pages().SetChunkData(game.Pages().NumberOfWalls() + *options.sprite, ToBmp(image));
+    game.Pages().SetChunkData(game.Pages().NumberOfWalls() + sprite, ToBmp(image));
     game.SavePages(options.save, options.compression);
 }
 
 void ImportSound(Game& game, const Options& options) {
-    CheckNumber("sound", *options.sound, game.Pages().NumberOfSounds());
+    const int sound = NumberOf(game, "sound", *options.sound);
+    CheckNumber("sound", sound, game.Pages().NumberOfSounds());
     const ByteArray bytes = ReadFile(options.file);
     Wav wav;
     try {
@@ -72,7 +76,7 @@ void ImportSound(Game& game, const Options& options) {
                            std::to_string(wav.bits) + " bits, " + std::to_string(wav.channels) +
                            " channels; the game plays " + std::to_string(kSoundRate) +
                            " Hz, 8 bits, 1 channel");
-    game.Pages().SetSoundData(*options.sound, WriteWav(wav.samples));
+    game.Pages().SetSoundData(sound, WriteWav(wav.samples));
     game.SavePages(options.save, options.compression);
 }
 
@@ -87,28 +91,31 @@ clsVGAGraph& WritableGraphics(Game& game) {
 }
 
 void ImportPicture(Game& game, const Options& options) {
+    const int picture = NumberOf(game, "picture", *options.picture);
     clsVGAGraph& graphics = WritableGraphics(game);
-    CheckNumber("chunk", *options.picture, graphics.NumberOfChunks());
-    if (graphics.ChunkDataType(*options.picture) != vgPicture)
-        throw CommandError("chunk " + std::to_string(*options.picture) + " is not a picture");
+    CheckNumber("chunk", picture, graphics.NumberOfChunks());
+    if (graphics.ChunkDataType(picture) != vgPicture)
+        throw CommandError("chunk " + std::to_string(picture) + " is not a picture");
     const IndexedImage image = LoadImage(game, options.file, {});
     if (image.width % 4 != 0)  // a picture is stored as every fourth column, four times
         throw CommandError(options.file + " is " + std::to_string(image.width) +
                            " pixels wide; a picture's width is a multiple of 4");
-    graphics.SetChunkData(*options.picture, ToBmp(image));
+    graphics.SetChunkData(picture, ToBmp(image));
     game.SaveGraphics(options.save);
 }
 
 void ImportChunk(Game& game, const Options& options) {
+    const int chunk = NumberOf(game, "chunk", *options.chunk);
     clsVGAGraph& graphics = WritableGraphics(game);
-    CheckNumber("chunk", *options.chunk, graphics.NumberOfChunks());
-    graphics.SetChunkData(*options.chunk, ReadFile(options.file));
+    CheckNumber("chunk", chunk, graphics.NumberOfChunks());
+    graphics.SetChunkData(chunk, ReadFile(options.file));
     game.SaveGraphics(options.save);
 }
 
 void ImportAudio(Game& game, const Options& options) {
-    CheckNumber("audio chunk", *options.audio, game.Audio().NumberOfChunks());
-    game.Audio().SetChunkData(*options.audio, ReadFile(options.file));
+    const int audio = NumberOf(game, "audio", *options.audio);
+    CheckNumber("audio chunk", audio, game.Audio().NumberOfChunks());
+    game.Audio().SetChunkData(audio, ReadFile(options.file));
     game.SaveAudio(options.save);
 }
 
@@ -135,7 +142,7 @@ void AddImport(CLI::App& command) {
     AddFolder(command, options->folder);
     command.add_option("FILE", options->file, "The file with the new item")->required();
     CLI::Option_group* item = command.add_option_group("item", "What to replace");
-    const auto add = [&](const char* name, std::optional<int>& number, const char* help) {
+    const auto add = [&](const char* name, std::optional<std::string>& number, const char* help) {
         item->add_option(name, number, help)->type_name("N");
     };
     add("--wall", options->wall, "A wall, from a PNG or BMP file");

@@ -5,6 +5,7 @@
 
 #include "commands/arguments.h"
 #include "commands/commands.h"
+#include "known/digests.h"
 #include "report.h"
 
 namespace tessaro::cli {
@@ -22,6 +23,10 @@ Json JsonOf(const ItemKind& kind, const Item& item) {
     Json entry{{"kind", kind.Name()}, {"number", item.number}};
     if (item.name)
         entry["name"] = *item.name;
+    if (item.label)
+        entry["label"] = *item.label;
+    if (item.meaning)
+        entry["meaning"] = *item.meaning;
     if (item.type)
         entry["type"] = *item.type;
     if (item.width)
@@ -35,9 +40,9 @@ Json JsonOf(const ItemKind& kind, const Item& item) {
         return entry;
     }
     entry["bytes"] = item.bytes.size();
-    entry["crc32"] = Checksum(item.bytes);
+    entry["crc32"] = Crc32Of(item.bytes);
     for (const ByteArray& plane : item.planes)
-        entry["planes"].push_back(Checksum(plane));
+        entry["planes"].push_back(Crc32Of(plane));
     return entry;
 }
 
@@ -56,11 +61,15 @@ std::string SizeOf(const Item& item) {
 
 void ShowRow(const ItemKind& kind, const Item& item) {
     std::string what = OneLine(item.name.value_or(item.type.value_or("")));
+    if (item.label)
+        what += (what.empty() ? "" : ", ") + *item.label;
+    if (item.meaning)
+        what += ": " + *item.meaning;
     if (item.notes)
         what += ", " + std::to_string(*item.notes) + " notes";
     Row(kind.Name(), std::to_string(item.number), SizeOf(item),
         item.empty ? "-" : std::to_string(item.bytes.size()),
-        item.empty ? "-" : Checksum(item.bytes), what);
+        item.empty ? "-" : Crc32Of(item.bytes), what);
 }
 
 /// An item that cannot be read is reported and left out; the others are listed.
@@ -69,7 +78,7 @@ void ForEachItem(Game& game, const ItemKind& kind, Show&& show) {
     try {
         for (const int number : kind.Numbers(game)) {
             try {
-                show(kind.Load(game, number));
+                show(LoadNamed(game, kind, number));
             } catch (const CommandError& error) {
                 ReportAndGoOn(error.what());
             }

@@ -2,6 +2,7 @@
 #include "commands/arguments.h"
 #include "commands/commands.h"
 #include "console.h"
+#include "known/item_names.h"
 #include "report.h"
 
 namespace tessaro::cli {
@@ -9,7 +10,7 @@ namespace tessaro::cli {
 namespace {
 
 struct Edit {
-    std::string folder, name;
+    std::string folder, mapName, name;
     int map = -1, width = 0, height = 0, fill = 0, plane = 0, x = 0, y = 0, value = 0;
     SaveOptions save;
     MapLayoutOptions layout;
@@ -77,6 +78,8 @@ void Run(const Edit& edit, Change change, bool adds) {
     const int count = game.Maps().NumberOfMaps();
     if (adds && now.map < 0)
         now.map = count;
+    if (!adds)
+        now.map = MapOf(game, now.mapName);
     CheckNumber("map", now.map, adds ? count + 1 : count);
     now.layout.Apply(game.Maps());
     change(game, now);
@@ -91,7 +94,7 @@ Edit& AddEdit(CLI::App& command, Change change, bool adds = false) {
     if (adds)
         command.add_option("MAP", edit->map, "The number, from 0, that it takes [the last]");
     else
-        AddMapNumber(command, edit->map);
+        AddMapName(command, edit->mapName);
     edit->save.AddTo(command);
     edit->layout.AddTo(command);
     command.callback([=] { Run(*edit, change, adds); });

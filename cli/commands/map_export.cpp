@@ -1,5 +1,4 @@
 // tessaro map export FOLDER MAP|all FILE
-#include <charconv>
 #include <filesystem>
 #include <iostream>
 
@@ -7,6 +6,7 @@
 #include "commands/commands.h"
 #include "commands/export_options.h"
 #include "files.h"
+#include "known/item_names.h"
 #include "report.h"
 
 namespace tessaro::cli {
@@ -17,14 +17,6 @@ struct Options {
     std::string folder, map, file;
     ExportOptions how;
 };
-
-int MapNumber(const std::string& text) {
-    int number = -1;
-    const char* end = text.data() + text.size();
-    if (std::from_chars(text.data(), end, number).ptr != end || number < 0)
-        throw UsageError("MAP is a number, or \"all\"");
-    return number;
-}
 
 /// The library would write a file of another name instead.
 void CheckSizes(clsGameMaps& maps, const MapFormat& format) {
@@ -57,8 +49,7 @@ void ExportAll(Game& game, const Options& options) {
 }
 
 void ExportOne(Game& game, const Options& options) {
-    const int map = MapNumber(options.map);
-    CheckNumber("map", map, game.Maps().NumberOfMaps());
+    const int map = MapOf(game, options.map);
     const enmMapFileType asked = options.how.FormatFor(options.file).type;
     enmMapFileType type = asked;
     CheckReplaceable(options.file, kMapFile);
@@ -83,7 +74,7 @@ void Run(const Options& options) {
 void AddMapExport(CLI::App& command) {
     auto options = std::make_shared<Options>();
     AddFolder(command, options->folder);
-    command.add_option("MAP", options->map, "The map's number, from 0, or \"all\"")->required();
+    AddMapName(command, options->map, "The map's number, from 0, its name, or \"all\"");
     command.add_option("FILE", options->file, "The file to write")->required();
     options->how.AddTo(command);
     AddForce(command);

@@ -4,6 +4,7 @@
 #include "commands/arguments.h"
 #include "commands/commands.h"
 #include "files.h"
+#include "known/item_names.h"
 #include "report.h"
 
 namespace tessaro::cli {
@@ -11,8 +12,7 @@ namespace tessaro::cli {
 namespace {
 
 struct Options {
-    std::string folder, file;
-    int map = 0;
+    std::string folder, map, file;
     SaveOptions save;
     MapLayoutOptions layout;
 };
@@ -20,14 +20,15 @@ struct Options {
 void Run(const Options& options) {
     Game game(options.folder);
     const int before = game.Maps().NumberOfMaps();
-    CheckNumber("map", options.map, before + 1);  // one behind the last adds maps
+    const int map = NumberOf(game, "map", options.map);
+    CheckNumber("map", map, before + 1);  // one behind the last adds maps
     CheckReadable(options.file);
     options.layout.Apply(game.Maps());
-    if (!game.Maps().ImportMap(options.map, options.file))
+    if (!game.Maps().ImportMap(map, options.file))
         Fail(options.file + " was not imported");
     const int added = game.Maps().NumberOfMaps() - before;
     game.SaveMaps(options.save);
-    Say(options.file + ": imported from map " + std::to_string(options.map) + " on" +
+    Say(options.file + ": imported from map " + std::to_string(map) + " on" +
         (added > 0 ? ", " + std::to_string(added) + " maps added" : ""));
 }
 
@@ -36,8 +37,8 @@ void Run(const Options& options) {
 void AddMapImport(CLI::App& command) {
     auto options = std::make_shared<Options>();
     AddFolder(command, options->folder);
-    command.add_option("MAP", options->map, "The number, from 0, that the file's first map takes")
-        ->required();
+    AddMapName(command, options->map,
+               "The number, from 0, that the file's first map takes, or the name of the map there");
     command.add_option("FILE", options->file, "The map file; its format is recognised")->required();
     options->save.AddTo(command);
     options->layout.AddTo(command);

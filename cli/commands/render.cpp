@@ -1,11 +1,12 @@
 // tessaro render FOLDER MAP OUT.png
 #include <iostream>
 
-#include "commands/arguments.h"
 #include "cells/cell_values.h"
+#include "commands/arguments.h"
 #include "commands/commands.h"
 #include "drawing/map_picture.h"
 #include "files.h"
+#include "known/item_names.h"
 #include "report.h"
 
 namespace tessaro::cli {
@@ -13,19 +14,20 @@ namespace tessaro::cli {
 namespace {
 
 struct Options {
-    std::string folder, out;
-    int map = 0, cell = 16;
+    std::string folder, map, out;
+    int cell = 16;
 };
 
 void Run(const Options& options) {
     Game game(options.folder);
-    CheckNumber("map", options.map, game.Maps().NumberOfMaps());
+    const int map = MapOf(game, options.map);
     MapCounts counts;
-    const Canvas picture = DrawMap(game, options.map, options.cell, &counts);
+    const Canvas picture = DrawMap(game, map, options.cell, &counts);
     WriteFile(options.out, picture.Png(), kPngFile);
     const auto number = [](int count, const char* what) { return std::to_string(count) + what; };
-    std::string line = DisplayName(game.Maps(), options.map) + ": " +
-                       number(picture.Width() / options.cell, " x ") +
+    const std::string name = Shown(game.Names().Of("map", map));
+    std::string line = DisplayName(game.Maps(), map) + (name.empty() ? "" : " (" + name + ")") +
+                       ": " + number(picture.Width() / options.cell, " x ") +
                        number(picture.Height() / options.cell, " cells");
     if (CellSetOf(game.Version()) == CellSet::Unknown) {
         Say(line + ", whose codes are not known here; colours and dots stand for them");
@@ -34,8 +36,8 @@ void Run(const Options& options) {
     line += number(counts.doors, " doors, ").insert(0, ", ") +
             number(counts.secrets, " secret walls, ") + number(counts.enemies, " enemies, ") +
             number(counts.objects, " objects");
-    for (const auto& [name, count] : counts.bosses)
-        line += ", " + name + (count > 1 ? " (" + std::to_string(count) + ")" : "");
+    for (const auto& [boss, count] : counts.bosses)
+        line += ", " + boss + (count > 1 ? " (" + std::to_string(count) + ")" : "");
     Say(line);
 }
 
@@ -44,7 +46,7 @@ void Run(const Options& options) {
 void AddRender(CLI::App& command) {
     auto options = std::make_shared<Options>();
     AddFolder(command, options->folder);
-    AddMapNumber(command, options->map);
+    AddMapName(command, options->map);
     AddPngOut(command, options->out);
     AddNumber(command, "--cell", options->cell, 4, 64, "Pixels across a cell [16]");
     command.callback([options] { Run(*options); });

@@ -4,6 +4,7 @@
 #include "commands/arguments.h"
 #include "commands/commands.h"
 #include "files.h"
+#include "known/item_names.h"
 #include "report.h"
 
 namespace tessaro::cli {
@@ -11,8 +12,8 @@ namespace tessaro::cli {
 namespace {
 
 struct Options {
-    std::string folder, text, out;
-    int font = 1, ink = 15, ground = 0;
+    std::string folder, font, text, out;
+    int ink = 15, ground = 0;
 };
 
 /// The library parts lines at carriage return and line feed; here a line break, or a backslash and
@@ -32,12 +33,13 @@ std::string Lines(const std::string& text) {
 
 void Run(const Options& options) {
     Game game(options.folder);
+    const int font = NumberOf(game, "font", options.font);
     const int first = game.Graphics().StartFonts();
-    CheckNumber("font", options.font, game.Graphics().NumberOfFonts(), first);
+    CheckNumber("font", font, game.Graphics().NumberOfFonts(), first);
     ByteArray pixels;
     std::int32_t width = 0, height = 0;
-    if (!game.Graphics().ConvertTextToFont(options.font - first + 1, Lines(options.text), pixels,
-                                           width, height, options.ground, options.ink))
+    if (!game.Graphics().ConvertTextToFont(font - first + 1, Lines(options.text), pixels, width,
+                                           height, options.ground, options.ink))
         Fail("the text was not drawn");
     if (width < 1 || height < 1)
         throw CommandError("the font has none of these characters");

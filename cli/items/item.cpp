@@ -1,10 +1,9 @@
 #include "items/item.h"
 
-#include <zlib.h>
-
 #include <numeric>
 
 #include "files.h"
+#include "known/item_names.h"
 
 namespace tessaro::cli {
 
@@ -26,7 +25,7 @@ void Extraction::Write(const std::string& stem, const IndexedImage& image) {
 }
 
 std::string ItemKind::Stem(const Item& item) const {
-    return Name() + "-" + Padded(item.number, 3);
+    return Name() + "-" + Padded(item.number, 3) + (item.label ? "-" + SafeName(*item.label) : "");
 }
 
 const std::vector<const ItemKind*>& ItemKinds() {
@@ -44,13 +43,14 @@ bool HasNoData(const ByteArray& bytes) {
     return bytes.empty() || (bytes.size() == 1 && bytes[0] == 0);
 }
 
-std::string Checksum(const ByteArray& bytes) {
-    const uLong sum = crc32_z(crc32_z(0, nullptr, 0), bytes.data(), bytes.size());
-    constexpr char kDigits[] = "0123456789abcdef";
-    std::string text;
-    for (int shift = 28; shift >= 0; shift -= 4)
-        text += kDigits[sum >> shift & 15];
-    return text;
+Item LoadNamed(Game& game, const ItemKind& kind, int number) {
+    Item item = kind.Load(game, number);
+    if (const KnownItem* known = game.Names().Of(kind.Name(), number)) {
+        item.label = known->name;
+        if (!known->meaning.empty())
+            item.meaning = known->meaning;
+    }
+    return item;
 }
 
 std::vector<int> CountedFrom0(int count) {

@@ -15,6 +15,7 @@ namespace tessaro::cli {
 struct Item {
     int number = 0;
     std::optional<std::string> name{}, type{};
+    std::optional<std::string> label{}, meaning{};  ///< what the item is known as
     std::optional<int> width{}, height{}, notes{};
     bool empty = false;               ///< the game has the number but no data for it
     ByteArray bytes{};                ///< the canonical bytes, whose checksum `list` shows
@@ -52,18 +53,18 @@ public:
     virtual void Extract(Game& game, const Item& item, Extraction& to) const = 0;
 
 protected:
-    /// "wall-007": the file name of an item, without an extension.
+    /// "sound-000-HALTSND": the file name of an item, without an extension.
     std::string Stem(const Item& item) const;
 };
 
 /// What has no data crosses the interface as nothing, or as one zero byte.
 bool HasNoData(const ByteArray& bytes);
 
+/// Loads an item and says what it is known as.
+Item LoadNamed(Game& game, const ItemKind& kind, int number);
+
 /// In the order in which `list` shows them.
 const std::vector<const ItemKind*>& ItemKinds();
-
-/// The checksum of bytes as 8 lower-case hexadecimal digits.
-std::string Checksum(const ByteArray& bytes);
 
 /// 0 to `count` - 1.
 std::vector<int> CountedFrom0(int count);

@@ -40,7 +40,8 @@ public:
 
     void Extract(Game& game, const Item& item, Extraction& to) const override {
         const std::string name = SafeName(*item.name);
-        const std::string stem = Stem(item) + (name.empty() ? "" : "-" + name);
+        Item byNumber{item.number};  // the name that the map itself has is the better one
+        const std::string stem = Stem(byNumber) + (name.empty() ? "" : "-" + name);
         const std::string path = to.Path(stem + ".map");
         CheckReplaceable(path, kMapFile);
         RemoveFile(path);  // an earlier file of another format would keep its format

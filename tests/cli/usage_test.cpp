@@ -25,7 +25,7 @@ TEST(Usage, FailuresAreOneLineAndAnExitCode) {
         {{"list"}, 2, "FOLDER"},
         {{"fly", game.Path()}, 2, "fly"},
         {{"list", game.Path(), "--kind", "tree"}, 2, "tree"},
-        {{"render", game.Path(), "first", none}, 2, "MAP"},
+        {{"render", game.Path(), "first", none}, 1, "no map called"},
         {{"import", game.Path(), file}, 2, "required"},
         {{"import", game.Path(), "--wall", "0", "--sprite", "0", file}, 2, "required"},
         {{"map", "export", game.Path(), "all", none + ".txt"}, 2, ".lvl"},
