@@ -3,7 +3,9 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <exception>
 #include <filesystem>
+#include <thread>
 
 #include "commands/arguments.h"
 #include "console.h"
@@ -199,6 +201,22 @@ void Game::SaveAudio(const SaveOptions& options) {
     bar.Follow(Audio());
     if (!Audio().SaveAudioT())
         Fail("the audio was not saved");
+}
+
+void WithOtherGame(const std::string& folder, const std::function<void(Game&)>& work) {
+    std::exception_ptr failure;
+    std::thread([&] {
+        SetUserInterface(&TheConsole());  // whose own thread waits
+        try {
+            Game other(folder);
+            work(other);
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        SetUserInterface(nullptr);
+    }).join();
+    if (failure)
+        std::rethrow_exception(failure);
 }
 
 std::string DisplayName(const clsGameMaps& maps, int map) {

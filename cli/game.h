@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -77,6 +78,10 @@ private:
     std::unique_ptr<clsAudioT> audio_;
     std::unique_ptr<ItemNames> names_;
 };
+
+/// Opens a second game and hands it over; the first one stays as it is. (Each thread has a
+/// configuration of its own: this takes one.)
+void WithOtherGame(const std::string& folder, const std::function<void(Game&)>& work);
 
 /// A map's name as people see it: cut at its first zero byte and trimmed.
 std::string DisplayName(const clsGameMaps& maps, int map);

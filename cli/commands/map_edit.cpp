@@ -3,6 +3,7 @@
 #include "commands/commands.h"
 #include "console.h"
 #include "known/item_names.h"
+#include "maps/map_area.h"
 #include "report.h"
 
 namespace tessaro::cli {
@@ -10,8 +11,8 @@ namespace tessaro::cli {
 namespace {
 
 struct Edit {
-    std::string folder, mapName, name;
-    int map = -1, width = 0, height = 0, fill = 0, plane = 0, x = 0, y = 0, value = 0;
+    std::string folder, mapName, name, value;
+    int map = -1, width = 0, height = 0, fill = 0, plane = 0, x = 0, y = 0;
     SaveOptions save;
     MapLayoutOptions layout;
 };
@@ -61,15 +62,10 @@ void Rename(Game& game, const Edit& edit) {
 }
 
 void Set(Game& game, const Edit& edit) {
-    typMapPlane planes;
-    std::int32_t width = 0, height = 0;
-    if (!game.Maps().LoadMap(edit.map, planes, width, height))
-        Fail("map " + std::to_string(edit.map));
-    CheckNumber("plane", edit.plane, static_cast<int>(planes.Plane.size()));
-    CheckNumber("column", edit.x, width);
-    CheckNumber("row", edit.y, height);
-    if (!game.Maps().SetMapCode(edit.map, edit.plane, edit.x, edit.y, edit.value))
-        Fail("the cell was not set");
+    Changing map(game, edit.map);
+    map.Now().CheckPlane(edit.plane);
+    map.Now().CheckArea({edit.x, edit.y});
+    map.Set(edit.plane, edit.x, edit.y, CellValueOf(game, edit.plane, edit.value));
 }
 
 void Run(const Edit& edit, Change change, bool adds) {
@@ -101,17 +97,14 @@ Edit& AddEdit(CLI::App& command, Change change, bool adds = false) {
     return *edit;
 }
 
-CLI::Option* AddCell(CLI::App& command, const char* option, int& value, const char* help) {
-    return AddNumber(command, option, value, 0, 0xFFFF, help);
-}
-
 }  // namespace
 
 void AddMapResize(CLI::App& command) {
     Edit& edit = AddEdit(command, Resize);
     command.add_option("WIDTH", edit.width, "Cells across")->required();
     command.add_option("HEIGHT", edit.height, "Cells down")->required();
-    AddCell(command, "--fill", edit.fill, "What new cells of the first plane hold [0]");
+    AddNumber(command, "--fill", edit.fill, 0, 0xFFFF,
+              "What new cells of the first plane hold [0]");
 }
 
 void AddMapAdd(CLI::App& command) {
@@ -133,7 +126,8 @@ void AddMapSet(CLI::App& command) {
     command.add_option("PLANE", edit.plane, "The plane, from 0")->required();
     command.add_option("X", edit.x, "The column, from 0")->required();
     command.add_option("Y", edit.y, "The row, from 0")->required();
-    AddCell(command, "VALUE", edit.value, "What the cell holds from now on")->required();
+    command.add_option("VALUE", edit.value, "What the cell holds from now on, or its name")
+        ->required();
 }
 
 }  // namespace tessaro::cli

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
-#include <thread>
 
-#include "console.h"
 #include "files.h"
 #include "items/item.h"
 #include "known/digests.h"
@@ -133,23 +131,9 @@ std::vector<ItemKey> ChangedItems(Game& game, const KnownVersion& version) {
     return changed;
 }
 
-/// Each thread has a configuration of its own: the other game is opened in another one.
 std::vector<ItemKey> ChangedItems(Game& game, const std::string& originalFolder) {
     std::map<ItemKey, std::string> original;
-    std::exception_ptr failure;
-    std::thread([&] {
-        Console console;
-        try {
-            SetUserInterface(&console);
-            Game other(originalFolder);
-            original = Checksums(other);
-        } catch (...) {
-            failure = std::current_exception();
-        }
-        SetUserInterface(nullptr);
-    }).join();
-    if (failure)
-        std::rethrow_exception(failure);
+    WithOtherGame(originalFolder, [&](Game& other) { original = Checksums(other); });
     std::vector<ItemKey> changed;
     for (const auto& [key, sum] : Checksums(game)) {
         const auto known = original.find(key);

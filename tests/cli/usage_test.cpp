@@ -102,7 +102,7 @@ std::string Completed(const std::string& words) {
 
 TEST(Usage, BashCompletesCommandsOptionsAndChoices) {
     EXPECT_EQ(Completed("tessaro ex"), "extract\n");
-    EXPECT_EQ(Completed("tessaro map re"), "resize remove rename\n");
+    EXPECT_EQ(Completed("tessaro map re"), "resize remove rename replace\n");
     EXPECT_EQ(Completed("tessaro map export game 0 --form"), "--format\n");
     EXPECT_EQ(Completed("tessaro map export game 0 --format k"), "kzr\n");
     EXPECT_EQ(Completed("tessaro import --wa"), "--wall\n");
