@@ -16,12 +16,7 @@ namespace {
 /// False when somebody has taken one of the names meanwhile; none of ours is left then.
 bool TryNumber(Files& files, const std::string& folder, const std::vector<Backup>& backups,
                std::string_view id, std::int32_t number) {
-    std::size_t done = 0;
-    const auto undo = [&] {
-        for (std::size_t i = 0; i < done; ++i)
-            RemoveQuietly(files, JoinPath(folder, BackupName(backups[i].name, number)));
-    };
-    for (; done < backups.size(); ++done) {
+    for (std::size_t done = 0; done < backups.size(); ++done) {
         const std::string temporary = JoinPath(folder, TemporaryName(id, done));
         const std::string path = JoinPath(folder, BackupName(backups[done].name, number));
         try {
@@ -30,17 +25,12 @@ bool TryNumber(Files& files, const std::string& folder, const std::vector<Backup
         } catch (...) {
             const bool wasThere = files.Kind(temporary).has_value();
             RemoveQuietly(files, temporary);
-            undo();
+            for (std::size_t i = 0; i < done; ++i)
+                RemoveQuietly(files, JoinPath(folder, BackupName(backups[i].name, number)));
             if (wasThere && files.Kind(path))
                 return false;
             throw;
         }
-    }
-    try {
-        files.FlushFolder(folder);
-    } catch (...) {
-        undo();
-        throw;
     }
     return true;
 }
@@ -90,14 +80,15 @@ void EnsureBackupFolder(Files& files, const std::string& folder) {
 }
 
 std::int32_t WriteBackups(Files& files, const std::string& folder,
-                          const std::vector<Backup>& backups, std::string_view id) {
+                          const std::vector<Backup>& backups, std::string_view id,
+                          std::int32_t from) {
     if (backups.empty())
         return 0;
     std::vector<std::string> names;
     for (const Backup& backup : backups)
         names.push_back(backup.name);
     const std::vector<std::string> listing = files.List(folder);
-    std::int32_t number = NextFreeNumber(listing, names);
+    std::int32_t number = NextFreeNumber(listing, names, from);
     while (!TryNumber(files, folder, backups, id, number))
         number = NextFreeNumber(listing, names, number + 1);
     return number;

@@ -28,10 +28,12 @@ struct Backup {
     std::string like;  ///< the file whose permissions the backup gets; empty for none
 };
 
-/// Writes all of them under one number, the next that is free for every one, whole and flushed.
-/// `id` is the transaction's. @return the number, 0 without backups. After a failure none is left.
+/// Writes all of them under one number, the next from `from` on that is free for every one, whole;
+/// their contents are flushed, their names not yet. `id` is the transaction's.
+/// @return the number, 0 without backups. After a failure none is left.
 std::int32_t WriteBackups(Files& files, const std::string& folder,
-                          const std::vector<Backup>& backups, std::string_view id);
+                          const std::vector<Backup>& backups, std::string_view id,
+                          std::int32_t from = 1);
 /// Removes the backups of one number as far as the system lets it.
 void RemoveBackups(Files& files, const std::string& folder, const std::vector<Backup>& backups,
                    std::int32_t number) noexcept;

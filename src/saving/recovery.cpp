@@ -269,6 +269,7 @@ std::vector<std::string> DiscardJournal(Files& files, const std::string& folder,
     for (std::size_t i = 0; i < names.size(); ++i)
         copies.push_back({names[i].substr(1), contents[i], {}});
     const std::int32_t number = WriteBackups(files, backups, copies, NewTransactionId());
+    files.FlushFolder(backups);
     std::vector<std::string> paths;
     for (const Backup& copy : copies)
         paths.push_back(JoinPath(backups, BackupName(copy.name, number)));

@@ -6,41 +6,48 @@
 
 namespace tessaro {
 
-Target FindTarget(const Files& files, const std::string& path, ByteSpan bytes) {
+Target FindTarget(const Files& files, const std::string& path, std::optional<ByteSpan> bytes) {
     Target target;
-    const std::string name = NameOf(path);
-    target.after = bytes;
-    target.backupName = name;
-    const auto kind = files.Kind(path);
-    if (!kind) {
-        target.folder = RealFolder(files, FolderOf(path));
-        target.path = JoinPath(target.folder, name);
-        return target;
+    target.backupName = NameOf(path);
+    const std::string folder = RealFolder(files, FolderOf(path));
+    if (const auto kind = files.Kind(path)) {
+        if (kind->type != FileKind::Regular)
+            throw Failure(kPathFileAccess, "This is no regular file: " + path);
+        if (kind->readOnly)
+            throw Failure(kPermissionDenied, "The file is read-only: " + path);
+        target.path = kind->realPath;
+        target.folder = FolderOf(kind->realPath);
+        if (SameName(NameOf(target.path), target.backupName))
+            target.backupName = NameOf(target.path);
+        target.before = files.Read(target.path);
+        target.printBefore = PrintOf(*target.before);
+    } else {
+        target.folder = folder;
+        target.path = JoinPath(folder, target.backupName);
     }
-    if (kind->type != FileKind::Regular)
-        throw Failure(kPathFileAccess, "This is no regular file: " + path);
-    if (kind->readOnly)
-        throw Failure(kPermissionDenied, "The file is read-only: " + path);
-    target.path = kind->realPath;
-    target.folder = FolderOf(kind->realPath);
-    if (SameName(NameOf(target.path), name))
-        target.backupName = NameOf(target.path);
-    target.before = files.Read(target.path);
+    target.place = JoinPath(folder, target.backupName);
+    target.after = bytes;
+    if (bytes)
+        target.printAfter = PrintOf(*bytes);
     return target;
 }
 
-std::vector<Target> FindTargets(const Files& files, const std::vector<NewFile>& newFiles) {
+std::vector<Target> FindTargets(const Files& files, const SavePlan& plan) {
     std::vector<Target> targets;
-    for (const NewFile& file : newFiles) {
-        Target target = FindTarget(files, file.path, file.content);
+    const auto add = [&](const std::string& path, std::optional<ByteSpan> bytes) {
+        Target target = FindTarget(files, path, bytes);
         for (const Target& other : targets) {
             // Two files of one name, in different folders, would be one in the backup folder.
             if (SameName(target.path, other.path) || SameName(target.backupName, other.backupName))
                 throw Failure(kBadFileNameOrNumber,
-                              "Two files to be written have one name: " + file.path);
+                              "Two files to be written have one name: " + path);
         }
         targets.push_back(std::move(target));
-    }
+    };
+    for (const NewFile& file : plan.files)
+        add(file.path, file.content);
+    for (const std::string& path : plan.removed)
+        add(path, std::nullopt);
     return targets;
 }
 

@@ -64,21 +64,23 @@ private:
 
     void Prepare() {
         for (const Target& target : targets_) {
-            const std::string temporary = NextTemporary(target.folder);
-            files_.Create(temporary, target.after, Flushed::Yes,
-                          target.before ? target.path : std::string());
-            AddEntry(target.folder, NameOf(temporary), target,
-                     target.before ? std::optional(PrintOf(*target.before)) : std::nullopt,
-                     PrintOf(target.after));
+            std::string temporary;
+            if (target.after) {
+                temporary = NextTemporary(target.folder);
+                files_.Create(temporary, *target.after, Flushed::Yes,
+                              target.before ? target.path : std::string());
+            }
+            AddEntry(target, temporary, target.printBefore, target.printAfter);
         }
     }
 
-    void AddEntry(const std::string& folder, const std::string& temporary, const Target& target,
+    void AddEntry(const Target& target, const std::string& temporary,
                   std::optional<FilePrint> before, std::optional<FilePrint> after) {
-        Journal& journal = journals_[folder];
+        Journal& journal = journals_[target.folder];
         journal.id = id_;
         journal.putsBack = puttingBack_;
-        journal.entries.push_back({temporary, NameOf(target.path), before, after});
+        journal.entries.push_back({temporary.empty() ? temporary : NameOf(temporary),
+                                   NameOf(target.path), before, after});
     }
 
     void StartJournals() {
@@ -152,22 +154,19 @@ private:
         auto first = std::exchange(journals_, {});
         bool changed = false;
         for (const Target& target : targets_) {
-            std::optional<FilePrint> before =
-                target.before ? std::optional(PrintOf(*target.before)) : std::nullopt;
-            const FilePrint after = PrintOf(target.after);
-            const std::optional<FilePrint> now = PrintNow(target.path);
+            const std::optional<FilePrint> now = PrintNow(files_, target.path);
             std::string temporary;
-            if (now != before) {
-                if (now != after)
+            if (now != target.printBefore) {
+                if (now != target.printAfter)
                     throw Failure(kPermissionDenied);  // another program's
                 changed = true;
                 if (target.before) {
                     temporary = NextTemporary(target.folder);
-                    files_.Create(temporary, *target.before, Flushed::Yes, target.path);
-                    temporary = NameOf(temporary);
+                    files_.Create(temporary, *target.before, Flushed::Yes,
+                                  target.after ? target.path : std::string());
                 }
             }
-            AddEntry(target.folder, temporary, target, after, before);
+            AddEntry(target, temporary, target.printAfter, target.printBefore);
         }
         if (!changed) {
             journals_ = std::move(first);
@@ -177,12 +176,6 @@ private:
             StartJournals();
         Finish();
         return true;
-    }
-
-    std::optional<FilePrint> PrintNow(const std::string& path) const {
-        if (!files_.Kind(path))
-            return std::nullopt;
-        return PrintOf(files_.Read(path));
     }
 
     Files& files_;
@@ -219,33 +212,37 @@ public:
 
     SaveOutcome Run() {
         const FolderLocks locks = LockAndRecover();
-        targets_ = FindTargets(files_, plan_.files);
+        targets_ = FindTargets(files_, plan_);
         RequireUnchanged(files_, plan_.read);
         Replacement replacement(files_, targets_);
-        KeepOldFiles(replacement.Id());
         try {
+            KeepOldFiles(replacement.Id());
             replacement.Run();
         } catch (const Failure& failure) {
             if (replacement.IsUnfinished())
                 throw Unfinished(failure);
             RemoveBackups(files_, backupFolder_, backups_, outcome_.backupNumber);
+            if (outcome_.number > 0)
+                Quietly([&] { history_->Append(EndLine("undone", outcome_.number), Flushed::No); });
             throw;
         }
         try {
             replacement.Close();
+            if (outcome_.number > 0)
+                history_->Append(EndLine("done", outcome_.number), Flushed::No);
         } catch (const Failure& failure) {
-            outcome_.notices.push_back(
-                "The save is complete, but its journal could not be removed: " +
-                failure.Description);
+            outcome_.notices.push_back("The save is complete, but not cleared up: " +
+                                       failure.Description);
         }
         return std::move(outcome_);
     }
 
 private:
     FolderLocks LockAndRecover() {
-        std::vector<std::string> paths;
+        std::vector<std::string> paths = plan_.removed;
         for (const NewFile& file : plan_.files)
             paths.push_back(file.path);
+        const bool oneFile = paths.size() == 1;
         const std::vector<std::string> dataFolders = FoldersOf(files_, paths);
         if (!plan_.backupFolder.empty()) {
             EnsureBackupFolder(files_, plan_.backupFolder);
@@ -253,24 +250,44 @@ private:
             paths.push_back(backupFolder_);
         }
         FolderLocks locks(files_, FoldersOf(files_, paths), Sharing::Exclusive);
-        RecoverFirst(files_, dataFolders, locks.Hold(), plan_.files.size() == 1, outcome_.notices);
+        RecoverFirst(files_, dataFolders, locks.Hold(), oneFile, outcome_.notices);
         // A journal in the backup folder is that of another set, and no hindrance to this one.
         if (!backupFolder_.empty() && std::ranges::count(dataFolders, backupFolder_) == 0)
             RecoverLocked(files_, backupFolder_, locks.Hold());
         return locks;
     }
 
+    /// The old files into the backup folder, then the save into the history; both are on the disk
+    /// before anything changes.
     void KeepOldFiles(std::string_view id) {
         for (const Target& target : targets_) {
             if (target.before)
                 backups_.push_back({target.backupName, *target.before, target.path});
         }
-        if (backups_.empty())
-            return;
-        if (backupFolder_.empty())
+        if (backupFolder_.empty()) {
+            if (backups_.empty())
+                return;
             throw Failure(kPathNotFound, "No backup folder is set.");
+        }
         try {
-            outcome_.backupNumber = WriteBackups(files_, backupFolder_, backups_, id);
+            history_.emplace(files_, backupFolder_);
+            history_->CloseOpenRecords();
+            SaveRecord record;
+            std::int32_t from = 1;
+            for (const Target& target : targets_) {
+                record.files.push_back(
+                    {target.place, target.backupName, target.printBefore, target.printAfter});
+                const auto& floors = history_->Content().floors;
+                const auto floor = floors.find(UpperCase(target.backupName));
+                from = std::max(from, floor == floors.end() ? 1 : floor->second);
+            }
+            outcome_.backupNumber = WriteBackups(files_, backupFolder_, backups_, id, from);
+            record.kind = plan_.kind;
+            record.leadsTo = plan_.leadsTo;
+            record.backupNumber = outcome_.backupNumber;
+            record.items = plan_.changed;
+            outcome_.number = history_->Begin(std::move(record));
+            files_.FlushFolder(backupFolder_);
         } catch (...) {
             Failure failure = CurrentFailure();
             failure.Description =
@@ -304,6 +321,7 @@ private:
     std::string backupFolder_;
     std::vector<Target> targets_;
     std::vector<Backup> backups_;
+    std::optional<HistoryLog> history_;
     SaveOutcome outcome_;
 };
 

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "foundation/data_file.h"
+#include "saving/history_file.h"
 #include "saving/new_file.h"
 #include "tessaro/files.h"
 
@@ -22,18 +23,22 @@ namespace tessaro {
 
 struct SavePlan {
     std::vector<NewFile> files;
+    std::vector<std::string> removed;  ///< files that shall be no more
     /// What the set was read from. A file whose content is another now (one that is gone counts as
     /// empty) refuses the save; what the refusal saw counts as read from then on, so that a second
     /// attempt replaces it. Files that never were read are not looked at.
     std::vector<DataFile*> read;
-    /// Where old files are kept; created where it is missing. Needed as soon as one of the files
-    /// exists.
+    /// Where old files are kept and the history is written; created where it is missing. Needed as
+    /// soon as one of the files exists.
     std::string backupFolder;
     std::vector<std::string> changed;  ///< the items that this save changes, for the history
+    SaveRecord::Kind kind = SaveRecord::Save;
+    std::int32_t leadsTo = 0;  ///< the state of the history that an undo or redo goes to
 };
 
 struct SaveOutcome {
     std::int32_t backupNumber = 0;  ///< 0 where there was nothing to keep
+    std::int32_t number = 0;        ///< the save's in the history; 0 without one
     std::vector<std::string> notices;
 };
 

@@ -29,6 +29,7 @@ struct World {
     int files;
     bool lastIsNew = false;
     bool firstStays = false;
+    bool lastGoes = false;
 };
 
 class Ladder {
@@ -41,6 +42,8 @@ public:
         }
         if (world.lastIsNew)
             before_.back().reset();
+        if (world.lastGoes)
+            after_.back().reset();
         if (world.firstStays)
             after_.front() = before_.front();
         for (int i = 0; i < world.files; ++i) {
@@ -59,7 +62,10 @@ public:
         SavePlan plan;
         std::vector<DataFile> read;
         for (int i = 0; i < world_.files; ++i) {
-            plan.files.push_back({Path(i), *after_[Index(i)]});
+            if (after_[Index(i)])
+                plan.files.push_back({Path(i), *after_[Index(i)]});
+            else
+                plan.removed.push_back(Path(i));
             if (before_[Index(i)])
                 read.push_back(DataFile::Read(disk, Path(i)));
         }
@@ -85,7 +91,8 @@ public:
         if (!unfinished)
             RequireSet(disk, allowed, "right after the save");
         found_.insert_or_assign(disk.state, allowed);
-        if (failure.empty() && fault == Fault::None) {  // another program writes, flushed
+        if (failure.empty() && fault == Fault::None &&
+            after_[0]) {  // another program writes, flushed
             ForgettingFiles changed = disk;
             auto& content = changed.state.contents[Index(changed.state.now.at(Path(0)))];
             content.now = *(content.kept = Ascii("another program's"));
@@ -170,6 +177,7 @@ private:
         if (!(((allowed & Old) && now == before_) || ((allowed & New) && now == after_) ||
               ((allowed & Foreign) && now == foreign)))
             throw Breach("a mixed or wrong set " + when);
+        RequireHistory(disk, now);
         for (int i = 0; i < world_.files; ++i) {
             const std::string backup = JoinPath("B", "f" + std::to_string(i) + ".002");
             const bool kept = disk.Kind(backup).has_value();
@@ -177,6 +185,21 @@ private:
                 throw Breach("a backup that is not whole " + when);
             if (!kept && before_[Index(i)] && now == after_)
                 throw Breach("new files without a backup " + when);
+        }
+    }
+
+    /// Whether it tells of the save, and nothing that is not so.
+    void RequireHistory(const ForgettingFiles& disk, const Contents& now) {
+        const std::string path = JoinPath("B", kHistoryName);
+        HistoryContent history;
+        if (disk.Kind(path))
+            history = ReadHistory(disk.Read(path), ".");
+        const auto end = history.records.empty() ? SaveRecord::Open : history.records.back().end;
+        if (before_ == after_ || now != after_) {
+            if (end == SaveRecord::Done && now == before_ && before_ != after_)
+                throw Breach("the history tells of a save that was not made");
+        } else if (history.records.empty() || end == SaveRecord::Undone) {
+            throw Breach("the history misses the save");
         }
     }
 
@@ -232,16 +255,18 @@ TEST_P(PowerCut, LeavesTheOldFilesOrTheNewOnes) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Sets, PowerCut,
-                         testing::Values(World{1}, World{1, true}, World{2}, World{3, true, true}));
+                         testing::Values(World{1}, World{1, true}, World{2}, World{3, true, true},
+                                         World{.files = 1, .lastGoes = true},
+                                         World{.files = 3, .lastGoes = true}));
 
 TEST(PowerCut, IsSurvivedBecauseOfEveryFlush) {
     Ladder whole({2, true});
-    EXPECT_EQ(FirstBreach(whole, 32), "");
+    EXPECT_EQ(FirstBreach(whole, 24), "");
     std::set<std::string> unneeded;
     for (const std::string& flush : whole.flushes) {
         Ladder ladder({2, true});
         ladder.leftOut = flush;
-        if (FirstBreach(ladder, 32).empty())
+        if (FirstBreach(ladder, 24).empty())
             unneeded.insert(flush);
     }
     // Nothing was pending any more, no journal names what is swept from the backup folder, and a

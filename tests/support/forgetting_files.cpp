@@ -17,8 +17,13 @@ void Apply(ForgettingFiles::Names& names, const ForgettingFiles::NameChange& cha
     }
 }
 
-ByteArray Torn(const ByteArray& bytes) {
-    ByteArray torn(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(bytes.size() / 2));
+/// Half of what was written since the last flush, and a byte of something else.
+ByteArray Torn(const ForgettingFiles::Content& content) {
+    ByteArray torn = content.kept.value_or(ByteArray());
+    const auto from = static_cast<std::ptrdiff_t>(torn.size());
+    const auto count = std::max<std::ptrdiff_t>(std::ssize(content.now) - from, 0) / 2;
+    const auto start = content.now.begin() + (count > 0 ? from : 0);
+    torn.insert(torn.end(), start, start + count);
     torn.push_back(0);
     return torn;
 }
@@ -52,7 +57,7 @@ std::vector<ForgettingFiles::State> ForgettingFiles::PowerCuts(std::size_t limit
         cut.contents = state.contents;
         for (Content& content : cut.contents) {
             if (content.kept != content.now && !next())
-                content.now = next() ? content.kept.value_or(ByteArray()) : Torn(content.now);
+                content.now = next() ? content.kept.value_or(ByteArray()) : Torn(content);
             content.kept = content.now;
         }
         cut.kept = cut.now;
