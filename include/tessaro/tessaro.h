@@ -3,7 +3,9 @@
 
 #include "tessaro/audio_t.h"
 #include "tessaro/failure.h"
+#include "tessaro/files.h"
 #include "tessaro/game_maps.h"
+#include "tessaro/history.h"
 #include "tessaro/iphone_settings.h"
 #include "tessaro/palette.h"
 #include "tessaro/types.h"

@@ -37,7 +37,9 @@ std::optional<SaveRecord> ReadBegin(const std::vector<std::string_view>& fields,
     constexpr std::size_t kFixed = 7, kPerFile = 4;
     if (fields.size() < kFixed)
         return std::nullopt;
-    const auto number = ReadNumber(fields[1]), leadsTo = ReadNumber(fields[3]);
+    // The states before the first record have numbers of 0 and below.
+    const bool negative = fields[3].starts_with('-');
+    const auto number = ReadNumber(fields[1]), leadsTo = ReadNumber(fields[3].substr(negative));
     const auto backupNumber = ReadNumber(fields[5]), files = ReadNumber(fields[6]);
     const auto kind = std::ranges::find(kKinds, fields[2]);
     if (!number || kind == kKinds.end() || !leadsTo || !backupNumber || !files ||
@@ -46,7 +48,7 @@ std::optional<SaveRecord> ReadBegin(const std::vector<std::string_view>& fields,
     SaveRecord record;
     record.number = *number;
     record.kind = static_cast<SaveRecord::Kind>(kind - kKinds.begin());
-    record.leadsTo = *leadsTo;
+    record.leadsTo = negative ? -*leadsTo : *leadsTo;
     record.date = fields[4];
     record.backupNumber = *backupNumber;
     std::size_t at = kFixed;
