@@ -51,6 +51,11 @@ void AddMapFind(CLI::App& command);
 void AddMapStats(CLI::App& command);
 void AddText(CLI::App& command);
 void AddPaletteConvert(CLI::App& command);
+void AddHistory(CLI::App& command);
+void AddUndo(CLI::App& command);
+void AddRedo(CLI::App& command);
+void AddPrune(CLI::App& command);
+void AddRecover(CLI::App& command);
 void AddSample(CLI::App& command);
 
 }  // namespace tessaro::cli

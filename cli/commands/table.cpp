@@ -32,6 +32,11 @@ constexpr Command kCommands[] = {
     {"text", "Draw a text in one of the game's fonts", AddText},
     {"palette", "Palette files", nullptr},
     {"palette convert", "Write a palette file in another format", AddPaletteConvert},
+    {"history", "List the saves of a game that can be undone", AddHistory},
+    {"undo", "Bring back the files as they were before the last save", AddUndo},
+    {"redo", "Take back the last undo", AddRedo},
+    {"prune", "Remove the backups of old saves", AddPrune},
+    {"recover", "Finish what an interrupted save left", AddRecover},
     {"sample", "Write a small game to try things with", AddSample},
 };
 
