@@ -1,6 +1,7 @@
 #include "foundation/names.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tessaro {
 namespace {
@@ -48,10 +49,12 @@ std::string UpperCase(std::string_view text) {
 }
 
 void SortNames(std::vector<std::string>& names) {
-    std::ranges::sort(names, [](const std::string& a, const std::string& b) {
-        const std::string upperA = UpperCase(a), upperB = UpperCase(b);
-        return upperA != upperB ? upperA < upperB : a < b;
-    });
+    std::vector<std::pair<std::string, std::string>> keyed;  // each upper case is made once
+    keyed.reserve(names.size());
+    for (std::string& name : names)
+        keyed.emplace_back(UpperCase(name), std::move(name));
+    std::ranges::sort(keyed);
+    std::ranges::transform(keyed, names.begin(), [](auto& pair) { return std::move(pair.second); });
 }
 
 bool MatchesPattern(std::string_view name, std::string_view pattern) {

@@ -27,8 +27,7 @@ std::vector<std::string> FoldersOf(const Files& files, const std::vector<std::st
             folders.push_back(FolderOf(kind->realPath));
     }
     std::ranges::sort(folders);
-    const auto again = std::ranges::unique(folders);
-    folders.erase(again.begin(), again.end());
+    folders.erase(std::unique(folders.begin(), folders.end()), folders.end());
     return folders;
 }
 

@@ -1,7 +1,7 @@
 #include "saving/transaction.h"
 
 #include <algorithm>
-#include <map>
+#include <optional>
 #include <utility>
 
 #include "foundation/guard.h"
@@ -9,182 +9,13 @@
 #include "saving/backups.h"
 #include "saving/folder_locks.h"
 #include "saving/journal.h"
+#include "saving/quietly.h"
 #include "saving/recovery.h"
+#include "saving/replacement.h"
 #include "saving/targets.h"
 
 namespace tessaro {
 namespace {
-
-/// One step of clearing away: the failure that caused it is the one that the caller is told of.
-template <class Step>
-bool Quietly(Step&& step) {
-    try {
-        step();
-        return true;
-    } catch (...) {
-        return false;
-    }
-}
-
-/// New files beside their targets, put in place by renames that a journal can finish. What puts
-/// the old files back after a failure is the same again, with the old bytes as the new ones.
-class Replacement {
-public:
-    Replacement(Files& files, const std::vector<Target>& targets)
-        : files_(files), targets_(targets), id_(NewTransactionId()) {}
-
-    const std::string& Id() const { return id_; }
-
-    /// Throws the failure of the step that failed: everything is as before then, or unfinished.
-    void Run() {
-        try {
-            Prepare();
-            if (targets_.size() > 1)
-                StartJournals();
-            renaming_ = true;
-            Finish();
-        } catch (...) {
-            const Failure failure = CurrentFailure();
-            unfinished_ = !(renaming_ ? PutBack() : Abort());
-            throw failure;
-        }
-    }
-    /// After Run: what fails here is no failure of the save.
-    void Close() {
-        for (const auto& [folder, journal] : journals_)
-            DropJournal(folder);
-    }
-    bool IsUnfinished() const { return unfinished_; }
-
-private:
-    std::string NextTemporary(const std::string& folder) {
-        temporaries_.push_back(JoinPath(folder, TemporaryName(id_, temporaries_.size())));
-        return temporaries_.back();
-    }
-
-    void Prepare() {
-        for (const Target& target : targets_) {
-            std::string temporary;
-            if (target.after) {
-                temporary = NextTemporary(target.folder);
-                files_.Create(temporary, *target.after, Flushed::Yes,
-                              target.before ? target.path : std::string());
-            }
-            AddEntry(target, temporary, target.printBefore, target.printAfter);
-        }
-    }
-
-    void AddEntry(const Target& target, const std::string& temporary,
-                  std::optional<FilePrint> before, std::optional<FilePrint> after) {
-        Journal& journal = journals_[target.folder];
-        journal.id = id_;
-        journal.putsBack = puttingBack_;
-        journal.entries.push_back({temporary.empty() ? temporary : NameOf(temporary),
-                                   NameOf(target.path), before, after});
-    }
-
-    void StartJournals() {
-        std::vector<std::pair<std::string, std::string>> journals;
-        for (const auto& [folder, journal] : journals_) {
-            journals.emplace_back(NextTemporary(folder), JoinPath(folder, kJournalName));
-            files_.Create(journals.back().first, WriteJournal(journal), Flushed::Yes);
-        }
-        FlushFolders();  // the temporaries' names, before anything names them
-        journalTried_ = true;
-        for (const auto& [temporary, path] : journals)
-            files_.Rename(temporary, path, IfTaken::Replaces);
-        FlushFolders();  // the journals, before the first target changes
-    }
-
-    void Finish() {
-        for (const auto& [folder, journal] : journals_) {
-            for (const JournalEntry& entry : journal.entries) {
-                const std::string target = JoinPath(folder, entry.target);
-                if (!entry.temporary.empty())
-                    files_.Rename(JoinPath(folder, entry.temporary), target, IfTaken::Replaces);
-                else if (!entry.after && files_.Kind(target))
-                    files_.Remove(target);
-            }
-        }
-        FlushFolders();  // from here on the save has succeeded
-    }
-
-    void FlushFolders() {
-        for (const auto& [folder, journal] : journals_)
-            files_.FlushFolder(folder);
-    }
-
-    void DropJournal(const std::string& folder) {
-        const std::string path = JoinPath(folder, kJournalName);
-        if (targets_.size() == 1)
-            return;
-        if (files_.Kind(path))
-            files_.Remove(path);
-        files_.FlushFolder(folder);
-    }
-
-    /// Before the first target was renamed. The temporaries go only when no journal names them.
-    bool Abort() {
-        if (journalTried_ && !Quietly([&] { Close(); }))
-            return false;
-        for (const std::string& temporary : temporaries_)
-            RemoveQuietly(files_, temporary);
-        return true;
-    }
-
-    /// After a rename. False when it could not be done: then nothing more is removed, and the
-    /// journal that is there leads to the new files or to the old ones.
-    bool PutBack() {
-        const std::size_t firstTemporaries = temporaries_.size();
-        bool nothingChanged = false;
-        if (!Quietly([&] { nothingChanged = !TryPutBack(); }))
-            return false;
-        if (nothingChanged)
-            return Abort();
-        if (Quietly([&] { Close(); })) {
-            for (std::size_t i = 0; i < firstTemporaries; ++i)
-                RemoveQuietly(files_, temporaries_[i]);
-        }
-        return true;
-    }
-
-    /// False when no target has changed.
-    bool TryPutBack() {
-        puttingBack_ = true;
-        auto first = std::exchange(journals_, {});
-        bool changed = false;
-        for (const Target& target : targets_) {
-            const std::optional<FilePrint> now = PrintNow(files_, target.path);
-            std::string temporary;
-            if (now != target.printBefore) {
-                if (now != target.printAfter)
-                    throw Failure(kPermissionDenied);  // another program's
-                changed = true;
-                if (target.before) {
-                    temporary = NextTemporary(target.folder);
-                    files_.Create(temporary, *target.before, Flushed::Yes,
-                                  target.after ? target.path : std::string());
-                }
-            }
-            AddEntry(target, temporary, target.printAfter, target.printBefore);
-        }
-        if (!changed) {
-            journals_ = std::move(first);
-            return false;
-        }
-        if (targets_.size() > 1)
-            StartJournals();
-        Finish();
-        return true;
-    }
-
-    Files& files_;
-    const std::vector<Target>& targets_;
-    std::string id_;
-    std::map<std::string, Journal> journals_;  ///< by folder
-    std::vector<std::string> temporaries_;
-    bool journalTried_ = false, renaming_ = false, puttingBack_ = false, unfinished_ = false;
-};
 
 /// Under the locks: what the dead left is finished first. Fails where that cannot be done.
 void RecoverFirst(Files& files, const std::vector<std::string>& folders, bool locked, bool oneFile,

@@ -3,11 +3,11 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <string_view>
 #include <system_error>
 
 #include "platform/file.h"
@@ -19,8 +19,9 @@ bool Exists(const std::string& path, struct stat& status) {
     return ::stat(path.c_str(), &status) == 0;
 }
 
-/// Every name in a folder, sorted without regard to case; false where it cannot be read.
-bool ReadFolder(const std::string& folder, std::vector<std::string>& names) {
+/// Hands every entry of a folder to `visit`; false where it cannot be read.
+template <class Visit>
+bool ReadFolder(const std::string& folder, Visit&& visit) {
     struct Closer {
         void operator()(DIR* handle) const { ::closedir(handle); }
     };
@@ -28,12 +29,16 @@ bool ReadFolder(const std::string& folder, std::vector<std::string>& names) {
     if (!handle)
         return false;
     while (const dirent* entry = ::readdir(handle.get()))
-        names.emplace_back(entry->d_name);
-    std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
-        const std::string upperA = UpperCase(a), upperB = UpperCase(b);
-        return upperA != upperB ? upperA < upperB : a < b;
-    });
+        visit(*entry);
     return true;
+}
+
+/// The system is asked only about what the folder itself does not tell.
+bool IsFileIn(const std::string& folder, const dirent& entry) {
+    if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK)
+        return entry.d_type != DT_DIR;
+    struct stat status {};
+    return Exists(JoinPath(folder, entry.d_name), status) && !S_ISDIR(status.st_mode);
 }
 
 }  // namespace
@@ -46,13 +51,13 @@ std::string ResolveCase(const std::string& path) {
     const bool hasFolder = separator != std::string::npos;
     const std::string folder = hasFolder ? path.substr(0, separator + 1) : std::string();
     const std::string name = hasFolder ? path.substr(separator + 1) : path;
-    std::vector<std::string> names;
-    if (!ReadFolder(hasFolder ? folder : ".", names))
-        return path;
-    const auto found = std::find_if(names.begin(), names.end(), [&](const std::string& other) {
-        return SameName(name, other);
+    std::string found;  // of several, the one that sorts first
+    ReadFolder(hasFolder ? folder : ".", [&](const dirent& entry) {
+        const std::string_view other = entry.d_name;
+        if (SameName(name, other) && (found.empty() || other < found))
+            found = other;
     });
-    return found == names.end() ? path : folder + *found;
+    return found.empty() ? path : folder + found;
 }
 
 bool SameFile(const std::string& a, const std::string& b) {
@@ -91,13 +96,13 @@ void CreateFolder(const std::string& path) {
 
 std::vector<std::string> ListFiles(const std::string& folder, std::string_view pattern) {
     std::vector<std::string> names;
-    if (!ReadFolder(folder, names))
-        throw FailureFromErrno(errno, folder);
-    std::erase_if(names, [&](const std::string& name) {
-        struct stat status {};
-        return !MatchesPattern(name, pattern) || !Exists(JoinPath(folder, name), status) ||
-               S_ISDIR(status.st_mode);
+    const bool read = ReadFolder(folder, [&](const dirent& entry) {
+        if (MatchesPattern(entry.d_name, pattern) && IsFileIn(folder, entry))
+            names.emplace_back(entry.d_name);
     });
+    if (!read)
+        throw FailureFromErrno(errno, folder);
+    SortNames(names);
     return names;
 }
 
