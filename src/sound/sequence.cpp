@@ -97,7 +97,7 @@ void SequencePlayer::Generate(std::size_t count, std::vector<std::int32_t>& outp
                 BeginTick();
             const std::uint64_t begins =
                 (tick_ * kYm3812Rate + sequence_.ticksPerSecond - 1) / sequence_.ticksPerSecond;
-            run = std::min<std::uint64_t>(run, begins - samples_);
+            run = static_cast<std::size_t>(std::min<std::uint64_t>(run, begins - samples_));
         }
         const std::span samples = std::span(block).first(run);
         chip_.Generate(samples);
