@@ -8,6 +8,7 @@
 #include "tessaro/history.h"
 #include "tessaro/iphone_settings.h"
 #include "tessaro/palette.h"
+#include "tessaro/save_together.h"
 #include "tessaro/sound.h"
 #include "tessaro/types.h"
 #include "tessaro/user_interface.h"

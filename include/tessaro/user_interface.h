@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "tessaro/export.h"
 
@@ -55,6 +57,37 @@ public:
     /// Lets the user choose a colour (red in the low byte), starting from `Color`; nothing when
     /// the user cancels.
     virtual std::optional<std::int32_t> ChooseColor(std::int32_t Color) = 0;
+};
+
+/// What was said to nobody: a message box, or a question that an input box asked.
+struct typMessage {
+    std::string Prompt;
+    std::string Title;
+    std::int32_t Style = 0;  ///< of a message box, a sum of enmMsgBoxStyle; 0 of an input box
+};
+
+/// For hosts without a user: shows nothing, answers every question safely (No, Cancel, nothing)
+/// and keeps what was said. Install it with SetUserInterface.
+class TESSARO_API QuietUserInterface : public UserInterface {
+public:
+    QuietUserInterface();
+    ~QuietUserInterface() override;
+
+    /// What was said since the object was made or cleared, the oldest first; of more than 1,000
+    /// messages the last 1,000.
+    const std::vector<typMessage>& Messages() const;
+    void Clear();
+
+    enmMsgBoxResult MsgBox(const std::string& Prompt, std::int32_t Style, const std::string& Title,
+                           const std::string& HelpFile, std::int32_t HelpContext) override;
+    std::optional<std::string> InputBox(const std::string& Prompt,
+                                        const std::string& Title) override;
+    void ShowIPhoneSettings(frmIPhoneSettings& Form) override;
+    std::optional<std::int32_t> ChooseColor(std::int32_t Color) override;
+
+private:
+    struct Self;
+    std::unique_ptr<Self> self_;
 };
 
 /// Installs the calling thread's user interface; null brings the system's default back (message

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "audio/audio_save.h"
 #include "audio/audio_set.h"
 #include "foundation/guard.h"
 #include "foundation/store.h"
@@ -32,10 +33,11 @@ struct clsAudioT::Self {
 /// One save of one object.
 class AudioSave final : public SetSave {
 public:
-    AudioSave(clsAudioT& owner, clsAudioT::Self& self)
-        : SetSave("clsAudioT.SaveAudioT", self.game ? self.game : SharedStore().game, self.saving),
+    explicit AudioSave(clsAudioT& owner)
+        : SetSave("clsAudioT.SaveAudioT",
+                  owner.self_->game ? owner.self_->game : SharedStore().game, owner.self_->saving),
           owner_(owner),
-          self_(self) {}
+          self_(*owner.self_) {}
 
     std::vector<NewFile> Write() override {
         if (!self_.game)  // else the game's own files would make way for empty ones
@@ -143,8 +145,12 @@ void clsAudioT::SetChunkData(std::int32_t Chunk, const ByteArray& Data) {
 }
 
 bool clsAudioT::SaveAudioT() {
-    AudioSave save(*this, *self_);
+    AudioSave save(*this);
     return SaveSet(save);
+}
+
+std::unique_ptr<SetSave> MakeSave(clsAudioT& audio) {
+    return std::make_unique<AudioSave>(audio);
 }
 
 void clsAudioT::StopSave() {

@@ -204,6 +204,10 @@ bool clsGameMaps::SaveMapFile() {
     return SaveSet(save);
 }
 
+std::unique_ptr<SetSave> MakeSave(clsGameMaps& maps) {
+    return std::make_unique<MapSave>(maps);
+}
+
 void clsGameMaps::StopSave() {
     Guarded("clsGameMaps.StopSave", [&] { self_->saving.AskToStop(); });
 }

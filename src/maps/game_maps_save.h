@@ -1,6 +1,8 @@
 // One save of a clsGameMaps.
 #pragma once
 
+#include <memory>
+
 #include "maps/map_set.h"
 #include "saving/save_set.h"
 #include "tessaro/game_maps.h"
@@ -35,5 +37,7 @@ private:
     /// The plane or header slot last written: what SaveError passes, not a map, as meant.
     std::int32_t counter_ = 0;
 };
+
+std::unique_ptr<SetSave> MakeSave(clsGameMaps& maps);
 
 }  // namespace tessaro

@@ -7,6 +7,7 @@
 #include "images/wav_image.h"
 #include "pagefile/column_images.h"
 #include "pagefile/sprite_chunk.h"
+#include "pagefile/vswap_save.h"
 #include "pagefile/vswap_self.h"
 #include "saving/recovery.h"
 #include "saving/save_set.h"
@@ -418,6 +419,10 @@ void PageFileSave::PutBack() {
 bool clsVSwap::SaveVSwap(enmVSWAPCompression Compression) {
     PageFileSave save(*this, Compression);
     return SaveSet(save);
+}
+
+std::unique_ptr<SetSave> MakeSave(clsVSwap& pages, enmVSWAPCompression compression) {
+    return std::make_unique<PageFileSave>(pages, compression);
 }
 
 void clsVSwap::StopSave() {

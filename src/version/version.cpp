@@ -7,6 +7,8 @@
 #include "foundation/store.h"
 #include "huffman/dictionary.h"
 #include "platform/system.h"
+#include "saving/recovery.h"
+#include "saving/save_set.h"
 #include "tessaro/palette.h"
 
 namespace tessaro {
@@ -79,6 +81,15 @@ Game Unfound(const Game& before, const std::shared_ptr<Files>& files, const std:
     game.expandDictionary = before.expandDictionary;
     game.audioDictionary = before.audioDictionary;
     return game;
+}
+
+/// A save that was killed half-way is completed, or undone, before its files are looked for.
+std::string FinishInterruptedSave(const Game& game) {
+    const auto kind = game.files->Kind(game.dataPath);
+    if (!kind || kind->type != FileKind::Folder ||
+        !game.files->Kind(JoinPath(game.dataPath, kJournalName)))
+        return {};
+    return Recover(*game.files, game.dataPath).notice;
 }
 
 /// @param named whether a dictionary file named the game.
@@ -177,8 +188,11 @@ bool clsVersion::LoadDataPath(const std::string& DataPath) {
         Game next = Unfound(*store.game, store.files, DataPath);
         bool named = false;
         try {
+            const std::string notice = FinishInterruptedSave(next);
             const bool complete = FindSet(next, named);
             Configure(std::move(next), known, named);
+            if (!notice.empty())
+                ShowNotices({notice});
             return complete;
         } catch (...) {  // the settings stand where the search ended
             Configure(std::move(next), nullptr, false);
