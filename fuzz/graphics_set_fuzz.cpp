@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         GraphicsSet set;
         set.j98 = (data[0] & 2) != 0;
         set.dictionary = dictionary;
-        set.SetCount(static_cast<std::int32_t>(offsets.size() - 1));
+        set.types.assign(offsets.size() - 1, vgUnknown);
         set.counterA = data[0] >> 4;
         set.counterB = (data[0] & 4) != 0 ? 1 : 0;
         for (std::int32_t chunk = 0; chunk < set.Count(); ++chunk) {

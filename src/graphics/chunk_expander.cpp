@@ -115,7 +115,7 @@ ByteArray ExpandGraphicsChunk(GraphicsSet& set, bool ega, std::int32_t chunk, By
         return ExpandJ98Chunk(set, chunk, stored);
     if (stored.size() < 5)
         return {};
-    const std::int32_t firstTile8 = set.FirstTile8();
+    const std::int32_t firstTile8 = set.ChunkOfType(vgTile8, 0);
     if (firstTile8 == chunk)
         return ExpandTile8(set, ega, chunk, stored);
     const std::int32_t length = ByteReader(stored).I32();

@@ -10,22 +10,8 @@ std::size_t GraphicsSet::Index(std::int32_t chunk) const {
     return static_cast<std::size_t>(chunk);
 }
 
-void GraphicsSet::SetCount(std::int32_t chunks) {
-    types_.resize(static_cast<std::size_t>(chunks), vgUnknown);
-    if (firstTile8_ >= chunks)
-        firstTile8_ = -1;
-}
-
-void GraphicsSet::SetType(std::int32_t chunk, enmVGRAGRAPHTypes type) {
-    types_[Index(chunk)] = type;
-    if (type == vgTile8 && (firstTile8_ < 0 || chunk < firstTile8_))
-        firstTile8_ = chunk;
-    else if (type != vgTile8 && chunk == firstTile8_)
-        firstTile8_ = ChunkOfType(vgTile8, 0);
-}
-
 void GraphicsSet::Recognise(std::int32_t chunk, enmVGRAGRAPHTypes type) {
-    SetType(chunk, type);
+    types[Index(chunk)] = type;
     found[static_cast<std::size_t>(type - vgSparse)] = true;
 }
 
@@ -34,8 +20,8 @@ bool GraphicsSet::Found(enmVGRAGRAPHTypes type) const {
 }
 
 std::int32_t GraphicsSet::ChunkOfType(enmVGRAGRAPHTypes type, std::int32_t position) const {
-    for (std::size_t i = 0; i < types_.size(); ++i)
-        if (types_[i] == type && position-- == 0)
+    for (std::size_t i = 0; i < types.size(); ++i)
+        if (types[i] == type && position-- == 0)
             return static_cast<std::int32_t>(i);
     return -1;
 }
@@ -43,7 +29,7 @@ std::int32_t GraphicsSet::ChunkOfType(enmVGRAGRAPHTypes type, std::int32_t posit
 bool GraphicsSet::HasNoLengthField(std::int32_t chunk) const {
     switch (TypeOf(chunk)) {
         case vgTile8:
-            return firstTile8_ == chunk;
+            return ChunkOfType(vgTile8, 0) == chunk;
         case vgTile8m:
         case vgTile16:
         case vgTile16M:

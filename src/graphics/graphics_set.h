@@ -27,6 +27,7 @@ struct GraphicsSet {
     bool j98 = false;
     HuffDictionary dictionary{};  ///< the one that the files were read with
 
+    std::vector<enmVGRAGRAPHTypes> types;
     /// The types that have been recognised so far, which decides what a later tile is taken for.
     std::array<bool, 21> found{};
 
@@ -41,27 +42,17 @@ struct GraphicsSet {
     TileLayout tile8;
     MaskedTileLayout maskedTile8;
 
-    std::int32_t Count() const { return static_cast<std::int32_t>(types_.size()); }
-    /// Chunks beyond those there were are unknown.
-    void SetCount(std::int32_t chunks);
-    const std::vector<enmVGRAGRAPHTypes>& Types() const { return types_; }
+    std::int32_t Count() const { return static_cast<std::int32_t>(types.size()); }
     /// The number that chunk `chunk` has in the vectors; outside the set it fails with number 9.
     std::size_t Index(std::int32_t chunk) const;
-    enmVGRAGRAPHTypes TypeOf(std::int32_t chunk) const { return types_[Index(chunk)]; }
-    void SetType(std::int32_t chunk, enmVGRAGRAPHTypes type);
+    enmVGRAGRAPHTypes TypeOf(std::int32_t chunk) const { return types[Index(chunk)]; }
     /// Gives a chunk the type that it was recognised as.
     void Recognise(std::int32_t chunk, enmVGRAGRAPHTypes type);
     bool Found(enmVGRAGRAPHTypes type) const;
     /// The chunk at a position among those of one type; -1 where there is none.
     std::int32_t ChunkOfType(enmVGRAGRAPHTypes type, std::int32_t position) const;
-    /// The first chunk of vgTile8, known without a search; -1 where there is none.
-    std::int32_t FirstTile8() const { return firstTile8_; }
     /// Whether a chunk is stored as a bare stream, its length known from its type.
     bool HasNoLengthField(std::int32_t chunk) const;
-
-private:
-    std::vector<enmVGRAGRAPHTypes> types_;
-    std::int32_t firstTile8_ = -1;
 };
 
 }  // namespace tessaro

@@ -50,7 +50,7 @@ void clsVGAGraph::Self::Resize(std::int32_t chunks) {
     // What is added is an empty chunk until it is given data.
     slots.resize(static_cast<std::size_t>(chunks),
                  Slot{.data = ByteArray(), .mask = {}, .replaced = true, .inFile = false});
-    set.SetCount(chunks);
+    set.types.resize(static_cast<std::size_t>(chunks), vgUnknown);
     // The host may have set starts and counts to anything.
     const auto limit = [&](std::int32_t start, std::int32_t& count) {
         const std::int64_t most = std::max<std::int64_t>(std::int64_t{chunks} - start, 0);
@@ -108,7 +108,7 @@ enmVGRAGRAPHTypes clsVGAGraph::ChunkDataType(std::int32_t Chunk) const {
 void clsVGAGraph::ChunkDataType(std::int32_t Chunk, enmVGRAGRAPHTypes NewValue) {
     Guarded("clsVGAGraph.ChunkDataType", [&] {
         self_->saving.RefuseChange();
-        self_->set.SetType(Chunk, NewValue);
+        self_->set.types[self_->set.Index(Chunk)] = NewValue;
     });
 }
 
@@ -117,7 +117,7 @@ std::int32_t clsVGAGraph::DataTypeChunk(enmVGRAGRAPHTypes VGAType, std::int32_t 
 }
 
 std::int32_t clsVGAGraph::NumberDataTypeChunks(enmVGRAGRAPHTypes VGAType) const {
-    return static_cast<std::int32_t>(std::ranges::count(self_->set.Types(), VGAType));
+    return static_cast<std::int32_t>(std::ranges::count(self_->set.types, VGAType));
 }
 
 std::int32_t clsVGAGraph::DemoLevel(std::int32_t DemoNum) {
@@ -148,7 +148,7 @@ void clsVGAGraph::SetTile8Info(std::int32_t NumberOfTiles, std::int32_t NumTiles
     self_->set.tile8 = {NumberOfTiles, NumTilesWide, NumTilesHigh};
     self_->tile8Given = true;
     // Tiles already read were cut to the layout before.
-    if (const std::int32_t chunk = self_->set.FirstTile8(); chunk >= 0)
+    if (const std::int32_t chunk = self_->set.ChunkOfType(vgTile8, 0); chunk >= 0)
         if (Self::Slot& slot = self_->SlotOf(chunk); !slot.replaced)
             slot.data.reset();
 }

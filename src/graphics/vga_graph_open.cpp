@@ -78,13 +78,13 @@ bool clsVGAGraph::Self::LoadHeader() {
         file = File(dataPath, FileMode::Read);
         dataSize = file.Size();
         whole = file.ReadAt(0, dataSize);
-        set.SetCount(Narrow<std::int32_t>(offsets.size() - 1));
-        slots.assign(offsets.size() - 1, {});
+        set.types.assign(offsets.size() - 1, vgUnknown);
+        slots.assign(set.types.size(), {});
         std::int64_t stored = 0;
-        for (std::size_t i = 0; i < slots.size(); ++i) {
+        for (std::size_t i = 0; i < set.types.size(); ++i) {
             const ChunkSpan span = FindChunk(offsets, dataSize, i);
             if (span.sparse)
-                set.SetType(static_cast<std::int32_t>(i), vgSparse);
+                set.types[i] = vgSparse;
             if (!span.damaged && span.offset + std::int64_t{span.size} <= dataSize)
                 stored += span.size;
         }

@@ -139,7 +139,7 @@ bool clsVGAGraph::LoadWolfPicture(std::int32_t Chunk, ByteArray& Data, std::int3
 // 64 bytes a tile and 8 bits a pixel in either mode: that is meant.
 bool clsVGAGraph::LoadTile8(std::int32_t TileNum, ByteArray& Data) {
     return Guarded("clsVGAGraph.LoadTile8", [&] {
-        const std::int32_t chunk = self_->set.FirstTile8();
+        const std::int32_t chunk = self_->set.ChunkOfType(vgTile8, 0);
         if (chunk < 0 || TileNum < 0)
             throw Failure(kSubscriptOutOfRange);
         if (!self_->Cache(chunk))
@@ -155,7 +155,7 @@ bool clsVGAGraph::LoadTile8(std::int32_t TileNum, ByteArray& Data) {
 
 bool clsVGAGraph::LoadCompleteTile8(ByteArray& Data, std::int32_t& Height, std::int32_t& Width) {
     return Guarded("clsVGAGraph.LoadCompleteTile8", [&] {
-        const std::int32_t chunk = self_->set.FirstTile8();
+        const std::int32_t chunk = self_->set.ChunkOfType(vgTile8, 0);
         if (chunk < 0)
             throw Failure(kSubscriptOutOfRange);
         if (!self_->Cache(chunk))

@@ -81,7 +81,7 @@ TEST(ExpandGraphicsChunk, TypesVgaTilesBySize) {
     }
     GraphicsSet set;
     set.dictionary = plain;
-    set.SetCount(20);
+    set.types.assign(20, vgUnknown);
     const auto expand = [&](std::int32_t chunk, std::size_t size) {
         ByteArray bytes(size, 0xFF);  // as a length field: -1
         return ExpandGraphicsChunk(set, false, chunk, CompressStream(bytes, plain)).size();
@@ -104,7 +104,7 @@ TEST(ExpandGraphicsChunk, TypesVgaTilesBySize) {
         if (row.chunk == 1)
             set.Recognise(0, vgTile8);
         if (row.chunk == 2)
-            set.SetType(0, vgUnknown);
+            set.types[0] = vgUnknown;
         EXPECT_EQ(expand(row.chunk, row.size), row.expanded) << row.chunk;
         EXPECT_EQ(set.TypeOf(row.chunk), row.type) << row.chunk;
     }
