@@ -68,11 +68,14 @@ public:
     clsVGAGraph(const clsVGAGraph&) = delete;
     clsVGAGraph& operator=(const clsVGAGraph&) = delete;
 
-    /// Opens the files, types every chunk and loads the fonts; narrows what clsVersion permits by
-    /// the executables found in the data folder.
+    /// Reads the files of the configured game, types every chunk and loads the fonts; narrows what
+    /// clsVersion permits by the executables found in the data folder. From then on the container
+    /// belongs to this game, whatever clsVersion is pointed at later.
+    /// @return False when a file is missing or damaged: no set is open then.
     bool InitializeGraphics();
-    /// Closes the data file and drops the chunks loaded or replaced, except those that were added.
-    /// Types and tables stay: chunks are served again from the file, which is opened on demand.
+    /// Frees the data file's bytes and drops the chunks loaded or replaced, except those that were
+    /// added. Types and tables stay: chunks are served again from the file, which is read again on
+    /// demand and has to be the same still (number 70).
     void CloseFile();
 
     std::int32_t NumberOfChunks() const;
@@ -91,10 +94,12 @@ public:
     void NumberOfFonts(std::int32_t NewValue);
     /// Always 256 for a loaded font.
     std::int32_t NumberOfFontCharacters(std::int32_t FontNum) const;
-    /// The library-wide 16-colour mode, which LoadDataPath sets too.
+    /// The 16-colour mode of the container's game (before a set is opened: of the configured one),
+    /// which LoadDataPath sets too. A set that is open stays in the mode that it was opened in.
     bool EGAGraphics() const;
     void EGAGraphics(bool NewValue);
-    /// Whether the set is read as a 98GRAPH one; set it before InitializeGraphics.
+    /// Whether the set is read as a 98GRAPH one; set it before InitializeGraphics. The names of its
+    /// files begin with 98 from then on. Such a set cannot be saved.
     bool J98Mode() const;
     void J98Mode(bool NewValue);
     /// Whether every chunk outside fonts, pictures and tiles could be loaded and typed.
@@ -178,17 +183,22 @@ public:
 
     /// Writes header, data and dictionary anew into OutputFolder. Chunks nobody replaced keep
     /// their stored bytes as long as the dictionary stays the same; the dictionary is the one
-    /// given with LoadCompileVGADictFile, otherwise the one the files were read with.
-    /// @return False after a failure (also when CanCompileVGAGraph is False): the old files are
-    ///         back and the edits are kept.
+    /// given with LoadCompileVGADictFile, otherwise the one the files were read with. Before a file
+    /// is replaced the new set is opened in memory: a chunk that would read back otherwise, or be
+    /// taken for another kind, fails the save and is named.
+    /// @return False after a failure (also when CanCompileVGAGraph is False): the old files stand
+    ///         and the edits are kept.
     bool SaveVGAGraph();
+    /// From a handler of SaveStatus alone: ends the save, which then fails with "The save was
+    /// stopped." Anywhere else it fails with number 5.
+    void StopSave();
 
     SaveStatusEvent SaveStatus;
     SaveErrorEvent SaveError;
     SaveCompleteEvent SaveComplete;
 
 private:
-    friend struct VGAGraphInternals;
+    friend class GraphicsSave;
     struct Self;
     std::unique_ptr<Self> self_;
 };

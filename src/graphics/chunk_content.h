@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "foundation/bytes.h"
-#include "graphics/graphics_set.h"
+#include "graphics/catalog.h"
 
 namespace tessaro {
 

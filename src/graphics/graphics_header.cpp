@@ -1,5 +1,7 @@
 #include "graphics/graphics_header.h"
 
+#include <algorithm>
+
 namespace tessaro {
 
 std::vector<std::uint32_t> ReadGraphicsHeader(ByteSpan bytes, std::int32_t entryWidth,
@@ -24,29 +26,22 @@ ByteArray WriteGraphicsHeader(const std::vector<std::uint32_t>& offsets, std::in
     return out.Release();
 }
 
-std::int64_t ChunkFilePosition(const std::vector<std::uint32_t>& offsets, std::int64_t dataSize,
-                               std::size_t chunk) {
-    if (chunk > offsets.size())
-        throw Failure(kSubscriptOutOfRange);
-    const std::int64_t entry = chunk < offsets.size() ? offsets[chunk] : dataSize & 0xFFFFFF;
-    return entry == kSparseOffset ? -1 : entry + 1;
-}
-
 ChunkSpan FindChunk(const std::vector<std::uint32_t>& offsets, std::int64_t dataSize,
                     std::size_t chunk) {
     if (chunk + 1 >= offsets.size())
         throw Failure(kSubscriptOutOfRange);
-    const std::int64_t position = ChunkFilePosition(offsets, dataSize, chunk);
-    if (position < 1)
+    const std::uint32_t offset = offsets[chunk];
+    if (offset == kSparseOffset)
         return {.sparse = true};
-    std::size_t next = chunk + 1;
-    while (ChunkFilePosition(offsets, dataSize, next) == -1)
-        ++next;
-    const std::int64_t size = ChunkFilePosition(offsets, dataSize, next) - position;
-    if (size < 0)
+    const auto next =
+        std::find_if(offsets.begin() + static_cast<std::ptrdiff_t>(chunk) + 1, offsets.end(),
+                     [](std::uint32_t other) { return other != kSparseOffset; });
+    // Sizes count as the entries do, by their low 24 bits.
+    const std::uint32_t end =
+        next != offsets.end() ? *next : static_cast<std::uint32_t>(dataSize & 0xFFFFFF);
+    if (end < offset)
         return {.damaged = true};
-    return {.offset = static_cast<std::uint32_t>(position - 1),
-            .size = static_cast<std::uint32_t>(size)};
+    return {.offset = offset, .size = end - offset};
 }
 
 }  // namespace tessaro

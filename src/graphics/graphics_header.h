@@ -29,12 +29,8 @@ std::vector<std::uint32_t> ReadGraphicsHeader(ByteSpan bytes, std::int32_t entry
                                               bool hasSpareEntry);
 ByteArray WriteGraphicsHeader(const std::vector<std::uint32_t>& offsets, std::int32_t entryWidth);
 
-/// One-based position of a chunk in the data file (of the entry behind the last: its end), or -1
-/// where it is sparse. Two behind the last is the end of the data file.
-std::int64_t ChunkFilePosition(const std::vector<std::uint32_t>& offsets, std::int64_t dataSize,
-                               std::size_t chunk);
-
-/// Where a chunk's stored bytes lie.
+/// Where a chunk's stored bytes lie: up to the next chunk that is not sparse, else to the end of
+/// the file.
 ChunkSpan FindChunk(const std::vector<std::uint32_t>& offsets, std::int64_t dataSize,
                     std::size_t chunk);
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "foundation/bytes.h"
-#include "graphics/graphics_set.h"
+#include "graphics/catalog.h"
 
 namespace tessaro {
 

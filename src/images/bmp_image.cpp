@@ -61,11 +61,15 @@ ByteWriter Header(std::int32_t width, std::int32_t height, std::int32_t bits) {
 }  // namespace
 
 ByteArray AddBMPHeader(std::int32_t width, std::int32_t height, ByteSpan pixels, bool force8Bits) {
-    const std::int32_t bits = ConfiguredGame().egaGraphics && !force8Bits ? 4 : 8;
-    const std::int64_t rowSize = RowSize(width, bits);
+    return MakeImage(width, height, pixels, ConfiguredGame().egaGraphics && !force8Bits ? 4 : 8);
+}
+
+ByteArray MakeImage(std::int32_t width, std::int32_t height, ByteSpan pixels,
+                    std::int32_t bitsPerPixel) {
+    const std::int64_t rowSize = RowSize(width, bitsPerPixel);
     if (width >= 0 && rowSize * height > static_cast<std::int64_t>(pixels.size()))
         throw Failure(kSubscriptOutOfRange);
-    ByteWriter out = Header(width, height, bits);
+    ByteWriter out = Header(width, height, bitsPerPixel);
     const auto row = static_cast<std::size_t>(rowSize);
     const auto padding = static_cast<std::size_t>(Padded(rowSize)) - row;
     for (auto y = static_cast<std::size_t>(height); row > 0 && y-- > 0;) {

@@ -24,6 +24,10 @@ namespace tessaro::modAddBMPHeader {
 /// (width + 1) / 2 bytes a row). Fewer pixel bytes than the size needs fail with number 9.
 ByteArray AddBMPHeader(std::int32_t width, std::int32_t height, ByteSpan pixels, bool force8Bits);
 
+/// The same in a depth of 4 or 8 bits per pixel, whatever the mode is.
+ByteArray MakeImage(std::int32_t width, std::int32_t height, ByteSpan pixels,
+                    std::int32_t bitsPerPixel);
+
 /// The same with 8 bits per pixel, of which all are still 0: for callers whose pixels come in
 /// another order. The pixels begin at kPixels8Bit.
 ByteArray BlankImage(std::int32_t width, std::int32_t height);

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "graphics/area_names.h"
-#include "graphics/chunk_expander.h"
+#include "graphics/chunk_form.h"
 #include "graphics/fonts.h"
 #include "graphics/picture_planes.h"
 #include "graphics/set_builder.h"
@@ -67,7 +67,7 @@ TEST(FindStartPics, MostPicturesThenTheLowest) {
 
 // The length field decides first; without a sensible one the first such chunk is the tile chunk,
 // and the later ones go by what they measure.
-TEST(ExpandGraphicsChunk, TypesVgaTilesBySize) {
+TEST(ChunkForm, TypesVgaTilesBySize) {
     HuffDictionary plain{};  // every byte value a code of 8 bits: a measured size is exact
     for (std::size_t level = 0, node = 0, from = 0; level < 8; ++level) {
         const std::size_t count = std::size_t{128} >> level;
@@ -79,12 +79,14 @@ TEST(ExpandGraphicsChunk, TypesVgaTilesBySize) {
         }
         from = node - count;
     }
-    GraphicsSet set;
-    set.dictionary = plain;
-    set.types.assign(20, vgUnknown);
+    GraphicsCatalog catalog;
+    catalog.Resize(20);
     const auto expand = [&](std::int32_t chunk, std::size_t size) {
-        ByteArray bytes(size, 0xFF);  // as a length field: -1
-        return ExpandGraphicsChunk(set, false, chunk, CompressStream(bytes, plain)).size();
+        // As a length field: -1.
+        const ByteArray stored = CompressStream(ByteArray(size, 0xFF), plain);
+        const ChunkForm form = FormOf(catalog, plain, chunk, stored);
+        Settle(catalog, chunk, form);
+        return Expand(form, stored, plain).size();
     };
     struct Row {
         std::int32_t chunk;
@@ -102,16 +104,16 @@ TEST(ExpandGraphicsChunk, TypesVgaTilesBySize) {
              Row{8, 501, 512, vgTile16M},
          }) {
         if (row.chunk == 1)
-            set.Recognise(0, vgTile8);
+            catalog.Recognise(0, vgTile8);
         if (row.chunk == 2)
-            set.types[0] = vgUnknown;
+            catalog.Retype(0, vgUnknown);
         EXPECT_EQ(expand(row.chunk, row.size), row.expanded) << row.chunk;
-        EXPECT_EQ(set.TypeOf(row.chunk), row.type) << row.chunk;
+        EXPECT_EQ(catalog.TypeOf(row.chunk), row.type) << row.chunk;
     }
-    set.Recognise(0, vgEndArt);
+    catalog.Recognise(0, vgEndArt);
     expand(9, 512);
-    EXPECT_EQ(set.TypeOf(9), vgUnknown);
-    EXPECT_TRUE(ExpandGraphicsChunk(set, false, 10, ByteArray(4, 0xFF)).empty());
+    EXPECT_EQ(catalog.TypeOf(9), vgUnknown);
+    EXPECT_EQ(FormOf(catalog, plain, 10, ByteArray(4, 0xFF)).coding, ChunkForm::Empty);
 }
 
 TEST(Fonts, EveryLengthShortOfTheWholeFails) {

@@ -112,8 +112,9 @@ TEST(VgaGraph, ASaveThatIsNotPermittedDoesNothing) {
     const auto before = ListFiles(open.set.folder.Path(), "*");
     ConfiguredGame().canCompileVGAGraph = false;
     EXPECT_FALSE(open.graph.SaveVGAGraph());
-    EXPECT_EQ(open.events.seen, std::vector<std::string>{"SaveComplete False"});
-    EXPECT_NE(open.user.LastPrompt().find("cannot be saved"), std::string::npos);
+    EXPECT_EQ(open.events.seen,
+              (std::vector<std::string>{"SaveError 0 The graphics of this game cannot be saved.",
+                                        "SaveComplete False"}));
     ConfiguredGame().canCompileVGAGraph = true;
     ConfiguredGame().outputFolder.clear();
     EXPECT_FALSE(open.graph.SaveVGAGraph());

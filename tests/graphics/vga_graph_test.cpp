@@ -171,7 +171,7 @@ TEST(VgaGraph, AFailedOpeningLeavesNoSet) {
         const char* text;
     };
     for (const Row& row :
-         {Row{header, ByteArray(2), "Error 9 in clsVGAGraph.LoadPictureDimensions"},
+         {Row{header, ByteArray(2), "Error 62 in clsVGAGraph.LoadPictureDimensions"},
           Row{WriteGraphicsHeader(overlapping, 3), data, "Error 9 in clsVGAGraph.LoadHeader"}}) {
         open.set.folder.Write("VGAHEAD.TST", row.header);
         open.set.folder.Write("VGAGRAPH.TST", row.data);

@@ -1,13 +1,12 @@
 // Data from the host in place of stored ones: as they are, or converted from a BMP image.
 #include <algorithm>
+#include <string>
 
-#include "foundation/guard.h"
 #include "graphics/chunk_content.h"
-#include "graphics/chunk_expander.h"
 #include "graphics/fonts.h"
+#include "graphics/graphics_set.h"
 #include "graphics/picture_planes.h"
 #include "graphics/tiles.h"
-#include "graphics/vga_graph_self.h"
 #include "images/bmp_image.h"
 
 namespace tessaro {
@@ -44,10 +43,15 @@ bool TakesImages(enmVGRAGRAPHTypes type) {
 }
 
 void RequireSize(PictureSize actual, PictureSize wanted) {
-    if (actual.width != wanted.width || actual.height != wanted.height)
+    if (actual != wanted)
         throw Failure(kInvalidProcedureCall, "The image must be " + std::to_string(wanted.width) +
                                                  " x " + std::to_string(wanted.height) +
                                                  " pixels.");
+}
+
+PictureSize SheetSize(std::int32_t wide, std::int32_t high) {
+    return {Narrow<std::int32_t>(std::int64_t{8} * wide),
+            Narrow<std::int32_t>(std::int64_t{8} * high)};
 }
 
 /// A picture's planes have whole bytes, and the picture table ends at the first entry beyond 640 x
@@ -77,41 +81,37 @@ bool IsBMPImage(ByteSpan bytes) {
     return in.U32() == bytes.size();
 }
 
-/// Gives a picture a new size in the tables, in memory and in the table's chunk.
-void clsVGAGraph::Self::ResizePicture(std::int32_t chunk, PictureSize size) {
-    PictureSize& entry = SizeOf(chunk);
-    if (entry.width == size.width && entry.height == size.height)
+/// Gives a picture a new size in the table, in memory and in the table's chunk.
+void GraphicsSet::ResizePicture(std::int32_t chunk, PictureSize size) {
+    const std::size_t index = PictureIndex(chunk);
+    if (catalog.pictures[index] == size)
         return;
-    const bool ega = ConfiguredGame().egaGraphics;
-    if (!Cache(0))
-        throw Failure(kSubscriptOutOfRange);
+    Load(0);
     Slot& table = SlotOf(0);
-    const auto at = static_cast<std::size_t>(chunk - set.startPics) * 4;
-    if (at + 4 > table.data->size())
+    if (4 * index + 4 > table.data->size())
         throw Failure(kSubscriptOutOfRange);
     ByteWriter row;
-    row.U16(Narrow<std::uint16_t>(ega ? size.width / 8 : size.width));
+    row.U16(Narrow<std::uint16_t>(catalog.ega ? size.width / 8 : size.width));
     row.U16(Narrow<std::uint16_t>(size.height));
-    std::ranges::copy(row.View(), table.data->begin() + static_cast<std::ptrdiff_t>(at));
+    std::ranges::copy(row.View(), table.data->begin() + static_cast<std::ptrdiff_t>(4 * index));
     table.replaced = true;
-    entry = size;
+    catalog.pictures[index] = size;
+}
+
+ByteArray GraphicsSet::Whole(std::int32_t chunk) {
+    if (SlotOf(chunk).replaced)
+        return *SlotOf(chunk).data;
+    const ByteSpan stored = StoredBytes(chunk);
+    const ChunkForm form = FormOf(catalog, dictionary, chunk, stored);
+    Settle(catalog, chunk, form);
+    return ExpandWhole(form, catalog.ega, stored, dictionary);
 }
 
 /// The expanded form of what a BMP image shows.
-ByteArray clsVGAGraph::Self::StoredForm(std::int32_t chunk, const ByteArray& image) {
-    const bool ega = ConfiguredGame().egaGraphics;
+ByteArray GraphicsSet::FromImage(std::int32_t chunk, const ByteArray& image) {
+    const bool ega = catalog.ega;
     const Pixels pixels = PixelsFromImage(image);
-    const auto sheet = [&](TileForm form, std::int32_t wide, std::int32_t high) {
-        RequireSize(pixels.size, {8 * wide, 8 * high});
-        // A stored chunk can hold more tiles than the layout shows: these stay behind the sheet's.
-        if (Slot& slot = SlotOf(chunk); form != TileForm::EgaMasked && !slot.replaced)
-            return TilesFromSheet(pixels.bytes, ExpandWhole(set, ega, chunk, ReadStored(chunk)),
-                                  form, wide, high);
-        if (!Cache(chunk))
-            throw Failure(kSubscriptOutOfRange);
-        return TilesFromSheet(pixels.bytes, Data(chunk), form, wide, high);
-    };
-    switch (set.TypeOf(chunk)) {
+    switch (catalog.TypeOf(chunk)) {
         case vgPicture: {
             CheckPictureSize(pixels.size, SizeOf(chunk), ega);
             ByteArray planes = PlanesFromPixels(pixels, ega);
@@ -120,13 +120,9 @@ ByteArray clsVGAGraph::Self::StoredForm(std::int32_t chunk, const ByteArray& ima
         }
         case vgBMPMask:
         case vgSprite: {
-            const PictureSize size =
-                set.TypeOf(chunk) == vgBMPMask
-                    ? SizeOf(chunk)
-                    : PictureSize{8 * SpriteOf(chunk).Width, SpriteOf(chunk).Height};
+            const PictureSize size = MaskedSizeOf(chunk);
             RequireSize(pixels.size, size);
-            if (!Cache(chunk))
-                throw Failure(kSubscriptOutOfRange);
+            Load(chunk);
             const std::size_t planeSize = EgaPlaneSize(size.width, size.height);
             ByteArray planes = MaskOf(chunk, planeSize);
             if (planes.size() != planeSize)
@@ -135,10 +131,20 @@ ByteArray clsVGAGraph::Self::StoredForm(std::int32_t chunk, const ByteArray& ima
             planes.insert(planes.end(), colors.begin(), colors.end());
             return planes;
         }
-        case vgTile8:
-            return sheet(ega ? TileForm::Ega : TileForm::Vga, set.tile8.wide, set.tile8.high);
-        case vgTile8m:
-            return sheet(TileForm::EgaMasked, set.maskedTile8.wide, set.maskedTile8.high);
+        case vgTile8: {
+            // A stored chunk can hold more tiles than the layout shows: these stay behind the
+            // sheet's.
+            const TileLayout& layout = catalog.tile8;
+            RequireSize(pixels.size, SheetSize(layout.wide, layout.high));
+            return TilesFromSheet(pixels.bytes, Whole(chunk), ega ? TileForm::Ega : TileForm::Vga,
+                                  layout.wide, layout.high);
+        }
+        case vgTile8m: {
+            const MaskedTileLayout& layout = catalog.maskedTile8;
+            RequireSize(pixels.size, SheetSize(layout.wide, layout.high));
+            return TilesFromSheet(pixels.bytes, Load(chunk), TileForm::EgaMasked, layout.wide,
+                                  layout.high);
+        }
         case vgTile16:
             RequireSize(pixels.size, {16, 16});
             return PlanesFromPixels(pixels, ega);
@@ -147,34 +153,31 @@ ByteArray clsVGAGraph::Self::StoredForm(std::int32_t chunk, const ByteArray& ima
     }
 }
 
-void clsVGAGraph::Self::Replace(std::int32_t chunk, const ByteArray& data) {
-    const bool ega = ConfiguredGame().egaGraphics;
-    const enmVGRAGRAPHTypes type = set.TypeOf(chunk);
-    ByteArray bytes = IsBMPImage(data) && TakesImages(type) ? StoredForm(chunk, data) : data;
+void GraphicsSet::Replace(std::int32_t chunk, const ByteArray& bytes) {
+    const enmVGRAGRAPHTypes type = catalog.TypeOf(chunk);
+    ByteArray expanded = IsBMPImage(bytes) && TakesImages(type) ? FromImage(chunk, bytes) : bytes;
     if (type == vgUnknown || type == vgSparse)
-        set.Recognise(chunk, TypeByContent(bytes, ega));
-    if (chunk == 0 && type == vgSTRUCTPIC && !set.j98)
-        set.pictures = ReadPictureTable(bytes, ega);
-    const std::int64_t font = std::int64_t{chunk} - set.startFonts;
-    if (type == vgFont && font >= 0 && font < std::ssize(fonts) && LooksLikeFont(bytes, ega))
-        fonts[static_cast<std::size_t>(font)] = ReadFont(bytes, ega);
+        catalog.Recognise(chunk, TypeByContent(expanded, catalog.ega));
+    if (chunk == 0 && type == vgSTRUCTPIC && !catalog.j98)
+        catalog.pictures = ReadPictureTable(expanded, catalog.ega);
+    const std::int64_t font = std::int64_t{chunk} - catalog.startFonts;
+    if (type == vgFont && font >= 0 && font < std::ssize(fonts) &&
+        LooksLikeFont(expanded, catalog.ega))
+        fonts[static_cast<std::size_t>(font)] = ReadFont(expanded, catalog.ega);
     Slot& slot = SlotOf(chunk);
-    if (slot.mask && bytes.size() / 5 >= slot.mask->size())
+    if (slot.mask && expanded.size() / 5 >= slot.mask->size())
         slot.mask.reset();  // the new bytes have a mask plane of their own
-    slot.data = std::move(bytes);
+    slot.data = std::move(expanded);
     slot.replaced = true;
 }
 
-void clsVGAGraph::SetMaskData(std::int32_t Chunk, const ByteArray& Data) {
-    Guarded("clsVGAGraph.SetMaskData", [&] {
-        self_->saving.RefuseChange();
-        ByteArray plane = Data;
-        if (IsBMPImage(Data)) {
-            const Pixels pixels = PixelsFromImage(Data);
-            plane = EgaMaskFromPixels(pixels.bytes, pixels.size.width, pixels.size.height);
-        }
-        self_->SlotOf(Chunk).mask = std::move(plane);
-    });
+void GraphicsSet::ReplaceMask(std::int32_t chunk, const ByteArray& plane) {
+    ByteArray mask = plane;
+    if (IsBMPImage(plane)) {
+        const Pixels pixels = PixelsFromImage(plane);
+        mask = EgaMaskFromPixels(pixels.bytes, pixels.size.width, pixels.size.height);
+    }
+    SlotOf(chunk).mask = std::move(mask);
 }
 
 }  // namespace tessaro
