@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "foundation/guard.h"
+#include "graphics/vga_graph_save.h"
 #include "graphics/vga_graph_self.h"
 #include "huffman/dictionary.h"
 #include "huffman/mod_huffman.h"
@@ -13,11 +14,12 @@ namespace tessaro {
 /// One save of one object.
 class GraphicsSave final : public SetSave {
 public:
-    GraphicsSave(clsVGAGraph& owner, clsVGAGraph::Self& self)
-        : SetSave("clsVGAGraph.SaveVGAGraph", self.game ? self.game : SharedStore().game,
-                  self.saving),
+    explicit GraphicsSave(clsVGAGraph& owner)
+        : SetSave("clsVGAGraph.SaveVGAGraph",
+                  owner.self_->game ? owner.self_->game : SharedStore().game,
+                  owner.self_->saving),
           owner_(owner),
-          self_(self) {}
+          self_(*owner.self_) {}
 
     std::vector<NewFile> Write() override {
         Game& settings = Settings();
@@ -96,8 +98,12 @@ private:
 };
 
 bool clsVGAGraph::SaveVGAGraph() {
-    GraphicsSave save(*this, *self_);
+    GraphicsSave save(*this);
     return SaveSet(save);
+}
+
+std::unique_ptr<SetSave> MakeSave(clsVGAGraph& graphics) {
+    return std::make_unique<GraphicsSave>(graphics);
 }
 
 void clsVGAGraph::StopSave() {
@@ -129,7 +135,10 @@ bool clsVGAGraph::BuildVGADICT(const std::vector<std::int32_t>& Counts) {
         const ByteArray bytes = WriteDictionary(SharedStore().builtDictionary);
         DataFile& read = self_->set.dictionaryFile;
         const bool inPlace = IsInPlace(*game.files, path, read);
-        SavePlan plan{{{path, bytes}}, {}, game.backupFolder, {}};
+        SavePlan plan;
+        plan.files = {{path, bytes}};
+        plan.backupFolder = game.backupFolder;
+        plan.changed = {"graphics dictionary"};
         const SaveOutcome outcome = Commit(*game.files, plan);
         if (inPlace)
             read.Assume(bytes);  // a save of this container may replace it

@@ -106,8 +106,11 @@ TEST_F(OwnNames, NamesAreShownAndStandForNumbers) {
 TEST(Known, RealGameIsKnownByItsVersionAndNames) {
     TESSARO_NEEDS_GAME_DATA();
     const TempFolder copy;
-    for (const auto& entry : fs::directory_iterator(*GameFolder()))
-        fs::copy(entry.path(), copy.File(entry.path().filename().string()));
+    for (const auto& entry : fs::directory_iterator(*GameFolder())) {
+        const std::string file = copy.File(entry.path().filename().string());
+        fs::copy(entry.path(), file);
+        fs::permissions(file, fs::perms::owner_write, fs::perm_options::add);
+    }
     const auto info = [&] { return Json::parse(Tessaro({"info", copy.Path(), "--json"}).out); };
     EXPECT_EQ(info().at("game"), "Wolfenstein 3D, shareware, version 1.4");
     EXPECT_EQ(info().at("state"), "original");

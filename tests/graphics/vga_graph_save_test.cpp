@@ -18,6 +18,7 @@ TEST(VgaGraph, SavingKeepsWhatNobodyReplaced) {
     const ByteArray data =
         test::operator+(open.set.folder.Read("VGAGRAPH.TST"), test::Ascii("behind"));
     open.set.folder.Write("VGAGRAPH.TST", data);
+    ASSERT_TRUE(open.graph.InitializeGraphics());
     ASSERT_TRUE(open.graph.SaveVGAGraph());
     EXPECT_EQ(open.set.folder.Read("VGAHEAD.TST"), header);
     EXPECT_EQ(open.set.folder.Read("VGAGRAPH.TST"), data);
