@@ -35,7 +35,7 @@ struct clsHistory::Self {
 
     SaveList List() {
         notices.clear();
-        SettleHistory(*files, backupFolder, notices);
+        SettleHistory(*files, backupFolder, dataFolder, notices);
         return {*files, backupFolder, dataFolder};
     }
     bool GoTo(const SaveList& list, std::int32_t state, SaveRecord::Kind kind) {

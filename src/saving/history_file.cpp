@@ -16,6 +16,18 @@ bool IsAbsolute(std::string_view path) {
     return LastSeparator(path.substr(0, 1)) == 0 || (path.size() > 1 && path[1] == ':');
 }
 
+/// A path that says where it leads.
+bool IsPlainPath(std::string_view path) {
+    while (!path.empty()) {
+        const std::string name = NameOf(path);
+        if (name == ".." || name == ".")
+            return false;
+        const std::size_t separator = LastSeparator(path);
+        path = path.substr(0, separator == std::string_view::npos ? 0 : separator);
+    }
+    return true;
+}
+
 std::string Relative(const std::string& path, const std::string& base) {
     const std::string start = base.ends_with(kPathSeparator) ? base : base + kPathSeparator;
     return path.size() > start.size() && path.starts_with(start) ? path.substr(start.size()) : path;
@@ -55,7 +67,7 @@ std::optional<SaveRecord> ReadBegin(const std::vector<std::string_view>& fields,
     for (std::int32_t i = 0; i < *files; ++i, at += kPerFile) {
         SavedFile file;
         const auto path = ReadEscaped(fields[at]), name = ReadEscaped(fields[at + 1]);
-        if (!path || path->empty() || !name || name->empty() ||
+        if (!path || path->empty() || !IsPlainPath(*path) || !name || name->empty() ||
             LastSeparator(*name) != std::string::npos || !ReadState(fields[at + 2], file.before) ||
             !ReadState(fields[at + 3], file.after))
             return std::nullopt;

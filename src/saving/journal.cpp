@@ -62,13 +62,16 @@ bool IsTemporaryName(std::string_view name) {
            ReadDecimal(name.substr(fixed, name.size() - fixed - kSuffix.size()));
 }
 
+std::string JournalChecksumLine(ByteSpan above) {
+    return "checksum " + Hex16(PrintOf(above).checksum) + "\n";
+}
+
 ByteArray WriteJournal(const Journal& journal) {
     std::string text(kVersion);
     text += journal.id + (journal.putsBack ? " put-back\n" : " save\n");
     for (const JournalEntry& entry : journal.entries)
         text += EntryLine(entry);
-    const ByteArray above(text.begin(), text.end());
-    text += "checksum " + Hex16(PrintOf(above).checksum) + "\n";
+    text += JournalChecksumLine(ByteArray(text.begin(), text.end()));
     return {text.begin(), text.end()};
 }
 

@@ -45,6 +45,8 @@ struct Journal {
 // A state is <size>:<16 hex: checksum>, or `absent`. In names, bytes below 21h, 7Fh and the percent
 // sign are written as %XX. Lines end with a line feed.
 ByteArray WriteJournal(const Journal& journal);
+/// The last line, of all that stands above it.
+std::string JournalChecksumLine(ByteSpan above);
 /// Nothing where the bytes are not, to the last one, a journal that WriteJournal could have made.
 std::optional<Journal> ReadJournal(ByteSpan bytes);
 

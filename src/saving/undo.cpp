@@ -45,12 +45,32 @@ std::string BackupPathOf(const std::string& folder, const SaveRecord& save, cons
     return JoinPath(folder, BackupName(file.backupName, save.backupNumber));
 }
 
+/// Whether a file is one of the game's: a history that came from elsewhere must not lead astray.
+bool IsOfTheGame(const Files& files, const std::string& path, const std::string& backupFolder,
+                 const std::string& dataFolder) {
+    const auto folder = files.Kind(FolderOf(path));
+    if (!folder || folder->type != FileKind::Folder)
+        return false;
+    const std::string base = FolderOf(backupFolder);
+    const std::string inside = base.ends_with(kPathSeparator) ? base : base + kPathSeparator;
+    return folder->realPath == base || folder->realPath.starts_with(inside) ||
+           folder->realPath == dataFolder;
+}
+
+/// Files without a record belong into the folder that holds the backup folder where none is named.
+std::string DataFolderOf(const Files& files, const std::string& backupFolder,
+                         const std::string& dataFolder) {
+    return dataFolder.empty() ? FolderOf(backupFolder) : RealFolder(files, dataFolder);
+}
+
 }  // namespace
 
 SaveList::SaveList(Files& files, const std::string& backupFolder, const std::string& dataFolder)
-    : files_(files), folder_(RealFolder(files, backupFolder)) {
+    : files_(files),
+      folder_(RealFolder(files, backupFolder)),
+      dataFolder_(DataFolderOf(files, folder_, dataFolder)) {
     const HistoryLog log(files, folder_);
-    AddUnrecorded(log.Content(), dataFolder.empty() ? FolderOf(folder_) : dataFolder);
+    AddUnrecorded(log.Content());
     for (const SaveRecord& record : log.Content().records) {
         if (record.end != SaveRecord::Undone)
             saves_.push_back(record);
@@ -61,7 +81,7 @@ SaveList::SaveList(Files& files, const std::string& backupFolder, const std::str
     saves_.erase(saves_.begin(), pruned.base());
 }
 
-void SaveList::AddUnrecorded(const HistoryContent& history, const std::string& dataFolder) {
+void SaveList::AddUnrecorded(const HistoryContent& history) {
     std::set<std::pair<std::string, std::int32_t>> recorded;
     for (const SaveRecord& record : history.records) {
         for (const SavedFile& file : record.files)
@@ -84,7 +104,7 @@ void SaveList::AddUnrecorded(const HistoryContent& history, const std::string& d
         group.time = std::max(group.time, kind->time);
         group.save.backupNumber = named->second;
         group.save.end = SaveRecord::Done;
-        group.save.files.push_back({JoinPath(dataFolder, named->first), named->first,
+        group.save.files.push_back({JoinPath(dataFolder_, named->first), named->first,
                                     FilePrint{kind->size, 0}, std::nullopt});
     }
     std::vector<Group> sorted;
@@ -156,6 +176,9 @@ SavePlan SaveList::PlanFor(std::int32_t state, std::vector<DataFile>& read) cons
     read.reserve(ways.size());
     for (const auto& [key, way] : ways) {
         const std::string& path = way.wanted->path;
+        if (!IsOfTheGame(files_, path, folder_, dataFolder_))
+            throw Failure(kPermissionDenied,
+                          "The history names a file that is none of this game: " + path);
         if (files_.Kind(path))
             read.push_back(DataFile::Read(files_, path));
         if (way.isLeftKnown && PrintNow(files_, path) != way.left->after)
@@ -179,13 +202,15 @@ SavePlan SaveList::PlanFor(std::int32_t state, std::vector<DataFile>& read) cons
     return plan;
 }
 
-void SettleHistory(Files& files, const std::string& backupFolder,
+void SettleHistory(Files& files, const std::string& backupFolder, const std::string& dataFolder,
                    std::vector<std::string>& notices) {
     const std::string folder = RealFolder(files, backupFolder);
+    const std::string data = DataFolderOf(files, folder, dataFolder);
     std::vector<std::string> paths{folder};
-    for (const SaveRecord& record : HistoryLog(files, folder).Content().records) {
+    const HistoryLog log(files, folder);
+    for (const SaveRecord& record : log.Content().records) {
         for (const SavedFile& file : record.files) {
-            if (record.end == SaveRecord::Open && files.Kind(FolderOf(file.path)))
+            if (record.end == SaveRecord::Open && IsOfTheGame(files, file.path, folder, data))
                 paths.push_back(file.path);
         }
     }

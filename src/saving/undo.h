@@ -15,7 +15,8 @@ namespace tessaro {
 /// of come first, in the order of their times, numbered up to 0.
 class SaveList {
 public:
-    /// `dataFolder` is where files of backups without a record belong.
+    /// `dataFolder` is where files of backups without a record belong. Only files in it and below
+    /// the folder that holds the backup folder are ever touched, whatever a history names.
     SaveList(Files& files, const std::string& backupFolder, const std::string& dataFolder);
 
     const std::vector<SaveRecord>& Saves() const { return saves_; }
@@ -31,11 +32,11 @@ public:
     SavePlan PlanFor(std::int32_t state, std::vector<DataFile>& read) const;
 
 private:
-    void AddUnrecorded(const HistoryContent& history, const std::string& dataFolder);
+    void AddUnrecorded(const HistoryContent& history);
     void FollowStates();
 
     Files& files_;
-    std::string folder_;
+    std::string folder_, dataFolder_;
     std::vector<SaveRecord> saves_;
     std::int32_t state_ = 0;
     std::optional<std::int32_t> earlier_;
@@ -43,7 +44,7 @@ private:
 };
 
 /// Finishes what a killed save left, so that the history tells how each one ended.
-void SettleHistory(Files& files, const std::string& backupFolder,
+void SettleHistory(Files& files, const std::string& backupFolder, const std::string& dataFolder,
                    std::vector<std::string>& notices);
 /// Removes the backups of all but the newest saves. @return how many saves that were.
 std::int32_t PruneHistory(Files& files, const std::string& backupFolder,

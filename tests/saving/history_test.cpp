@@ -165,6 +165,19 @@ TEST_F(Histories, SurviveDamage) {
     EXPECT_EQ(history_.Saves().size(), 2u) << "a checksum that is not that of its line";
     ASSERT_TRUE(history_.Undo());
     EXPECT_EQ(Text("VSWAP.WL1"), "a");
+
+    // A history that was made elsewhere names a file of its own choice.
+    const std::string astray = JoinPath("outside", "file");
+    files_->Set(astray, Ascii("mine"));
+    SaveRecord record;
+    record.number = 9;
+    record.files = {{astray, "file", std::nullopt, PrintOf(Ascii("mine"))}};
+    const std::string lines = BeginLine(record, "game") + EndLine("done", 9);
+    files_->Append(path, Ascii(lines), Flushed::No);
+    record.files[0].path = "../outside/file";
+    EXPECT_TRUE(ReadHistory(Ascii(BeginLine(record, "game")), "game").records.empty());
+    EXPECT_FALSE(history_.Undo());
+    EXPECT_TRUE(files_->Kind(astray));
 }
 
 }  // namespace
