@@ -23,7 +23,6 @@ namespace tessaro {
 
 struct SavePlan {
     std::vector<NewFile> files;
-    std::vector<std::string> removed;  ///< files that shall be no more
     /// What the set was read from. A file whose content is another now (one that is gone counts as
     /// empty) refuses the save; what the refusal saw counts as read from then on, so that a second
     /// attempt replaces it. Files that never were read are not looked at.
@@ -31,7 +30,8 @@ struct SavePlan {
     /// Where old files are kept and the history is written; created where it is missing. Needed as
     /// soon as one of the files exists.
     std::string backupFolder;
-    std::vector<std::string> changed;  ///< the items that this save changes, for the history
+    std::vector<std::string> changed;    ///< the items that this save changes, for the history
+    std::vector<std::string> removed{};  ///< files that shall be no more
     SaveRecord::Kind kind = SaveRecord::Save;
     std::int32_t leadsTo = 0;  ///< the state of the history that an undo or redo goes to
 };
