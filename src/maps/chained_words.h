@@ -76,15 +76,15 @@ public:
         FillUpTo(place);
         const WordQuad key = Key(place);
         if (hasLongKeys_ && limit >= kOctetWords) {
-            const Match match = LongestIn(octets_, OctetKey(place), oldest, place, limit,
-                                          {.length = kOctetWords - 1});
+            const Match match = LongestIn<kOctetWords>(octets_, OctetKey(place), oldest, place,
+                                                       limit, {.length = kOctetWords - 1});
             if (match.length >= kOctetWords)
                 return match;
             limit = kOctetWords - 1;
         }
         if (hasLongKeys_ && limit >= kQuadWords) {
-            const Match match =
-                LongestIn(quads_, key, oldest, place, limit, {.length = kQuadWords - 1});
+            const Match match = LongestIn<kQuadWords>(quads_, key, oldest, place, limit,
+                                                      {.length = kQuadWords - 1});
             if (match.length >= kQuadWords)
                 return match;
             limit = kQuadWords - 1;
@@ -145,15 +145,21 @@ private:
             octets_.Insert(octetsFilled_, OctetKey(octetsFilled_));
     }
 
-    /// The longest match of up to `limit` words in a chain; `best` where none there is longer.
+    /// The longest match of up to `limit` words in the chain of a key of `Least` words; `best`
+    /// where none there is longer.
+    template <std::size_t Least>
     Match LongestIn(const PositionChains& chains, std::uint64_t key, std::size_t oldest,
                     std::size_t place, std::size_t limit, Match best) {
+        // A longer match has the same words where the best one ends, and one more.
+        constexpr std::size_t kCompared = std::min(Least, kQuadWords);
+        const auto ending = [&](std::size_t position) {
+            return Key(position + best.length + 1 - kCompared) << (kQuadWords - kCompared) * 16;
+        };
         if (best.length == limit)
             return best;
-        // A longer match has the same word where the best one ends, and the one before.
-        WordQuad ending = Pair(Key(place + best.length - 1));
+        WordQuad wanted = ending(place);
         steps_ += chains.Search(key, oldest, [&](std::size_t position) {
-            if (Pair(Key(position + best.length - 1)) != ending)
+            if (ending(position) != wanted)
                 return false;
             const std::size_t most = std::min(place - position, limit);
             if (most <= best.length)
@@ -161,7 +167,7 @@ private:
             const std::size_t length = EqualWords(At(position), At(place), most);
             if (length > best.length) {
                 best = {length, position};
-                ending = Pair(Key(place + best.length - 1));
+                wanted = ending(place);
             }
             return best.length == limit;
         });
@@ -172,7 +178,7 @@ private:
         Match best{.length = kTripleWords - 1};
         if (place >= kTripleWords && Triple(Key(place - kTripleWords)) == Triple(key))
             best = {kTripleWords, place - kTripleWords};
-        return LongestIn(triples_, Triple(key), oldest, place, limit, best);
+        return LongestIn<kTripleWords>(triples_, Triple(key), oldest, place, limit, best);
     }
 
     Match NearestPair(std::size_t place, WordQuad key) const {
