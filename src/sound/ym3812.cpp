@@ -17,19 +17,21 @@ constexpr unsigned BitOf(std::uint32_t value, int bit) {
     return value >> bit & 1;
 }
 
-constexpr unsigned kAtOnce = 60;  // an attack of such a rate takes no time
+/// Of every four places those at which an envelope moves, or moves twice as far, by the remainder
+/// of its rate on division by 4; the fast ones, from 52 on, put a single one elsewhere.
+using Places = std::array<unsigned, 4>;
+constexpr Places kPlaces = {0b0000, 0b0100, 0b1010, 0b1110};
+constexpr Places kFastPlaces = {0b0000, 0b0010, 0b1010, 0b1110};
 
-/// Whether a place is one of the none to three of four that the lower two bits of a rate choose.
-constexpr bool Extra(unsigned rate, unsigned place) {
-    return (place & 1) != 0 ? (rate & 2) != 0 : (place & 2) != 0 && (rate & 1) != 0;
+constexpr bool IsAt(const Places& places, unsigned rate, std::uint32_t place) {
+    return BitOf(places[rate & 3], static_cast<int>(place & 3)) != 0;
 }
 
 }  // namespace
 
 bool Ym3812::Audible(const Operator& op) {
     constexpr int kInaudible = 384;  // 72 dB down even the top of the wave is 0
-    return op.stage != Stage::kRelease || op.edge != KeyEdge::kNone ||
-           op.envelope + op.fixedAttenuation < kInaudible;
+    return op.stage != Stage::kRelease || op.envelope + op.fixedAttenuation < kInaudible;
 }
 
 bool Ym3812::Silent() const {
@@ -50,7 +52,7 @@ inline void Ym3812::MoveEnvelope(Operator& op, std::uint32_t clock) {
         op.stage = Stage::kDecay;
         return;
     }
-    if (op.stage == Stage::kDecay && op.envelope >> 4 == op.sustainLevel) {
+    if (op.stage == Stage::kDecay && op.envelope >> 4 >= op.sustainLevel) {
         op.stage = Stage::kSustain;
         return;
     }
@@ -60,32 +62,18 @@ inline void Ym3812::MoveEnvelope(Operator& op, std::uint32_t clock) {
     int by = 1;
     if (rate < 52) {
         const unsigned shift = 12 - rate / 4;
-        const std::uint32_t place = clock >> shift;
-        if (place << shift != clock || (place % 2 == 0 && !Extra(rate, place / 2)))
+        const std::uint32_t time = clock >> shift;
+
+        if (time << shift != clock || (time % 2 == 0 && !IsAt(kPlaces, rate, time / 2)))
             return;
     } else {
-        by = std::min(4, (Extra(rate, clock / 2 + 1) ? 2 : 1) << (rate / 4 - 13));
+        const bool further = IsAt(kFastPlaces, rate, clock / 2 + 1);
+        by = std::min(4, (further ? 2 : 1) << (rate / 4 - 13));
     }
     if (op.stage != Stage::kAttack)
         op.envelope = std::min(op.envelope + by, kSilentAttenuation);
     else  // the louder the slower
-        op.envelope = rate < kAtOnce ? op.envelope + (~op.envelope * by >> 3) : 0;
-}
-
-inline void Ym3812::StepEnvelope(Operator& op, std::uint32_t clock) {
-    if (op.edge == KeyEdge::kStruck) {  // the envelope rises from where it is
-        op.phase = 0;
-        op.stage = Stage::kAttack;
-        if (op.rate[0] >= kAtOnce) {
-            op.envelope = 0;
-            op.stage = Stage::kDecay;
-        }
-    } else {
-        MoveEnvelope(op, clock - 1);  // its clock runs a sample behind
-        if (op.edge == KeyEdge::kLetGo)
-            op.stage = Stage::kRelease;
-    }
-    op.edge = KeyEdge::kNone;
+        op.envelope += ~op.envelope * by >> 3;
 }
 
 inline int Ym3812::Output(const Ym3812Tables& tables, const Operator& op, int push, int tremolo) {
@@ -113,11 +101,6 @@ inline std::uint32_t Ym3812::StepOf(const Voice& voice, const Operator& op, cons
     return base * kDoubledMultiple[op.multiple] >> 1;
 }
 
-inline void Ym3812::Advance(Operator& op, std::uint32_t step, std::uint32_t clock) {
-    StepEnvelope(op, clock);
-    op.phase += step;
-}
-
 void Ym3812::GenerateVoice(Voice& voice, std::span<int> mix, const Modulation& now,
                            std::uint32_t clock, bool bassDrum) {
     const Ym3812Tables& tables = TheYm3812Tables();
@@ -126,9 +109,11 @@ void Ym3812::GenerateVoice(Voice& voice, std::span<int> mix, const Modulation& n
     const std::uint32_t secondStep = StepOf(voice, second, now);
     if (!Audible(first) && !Audible(second)) {
         // Unheard, but for a feedback that grows from the last bit of what was before.
+        first.phase += firstStep * static_cast<std::uint32_t>(mix.size());
+        second.phase += secondStep * static_cast<std::uint32_t>(mix.size());
         for (std::size_t i = 0; i < mix.size(); ++i, ++clock) {
-            Advance(first, firstStep, clock);
-            Advance(second, secondStep, clock);
+            MoveEnvelope(first, clock);
+            MoveEnvelope(second, clock);
         }
         first.output = Output(tables, first, 0, now.tremolo);
         first.outputBefore = first.output;
@@ -137,9 +122,8 @@ void Ym3812::GenerateVoice(Voice& voice, std::span<int> mix, const Modulation& n
     const int feedbackShift = 9 - voice.feedback;
     const bool additive = voice.additive;
     for (int& sample : mix) {
-        Advance(first, firstStep, clock);
-        Advance(second, secondStep, clock);
-        ++clock;
+        first.phase += firstStep;
+        second.phase += secondStep;
         const int push =
             voice.feedback == 0 ? 0 : (first.output + first.outputBefore) >> feedbackShift;
         first.outputBefore = first.output;
@@ -149,6 +133,9 @@ void Ym3812::GenerateVoice(Voice& voice, std::span<int> mix, const Modulation& n
             sample += kDrumLoudness * output;
         else
             sample += additive ? first.output + output : output;
+        MoveEnvelope(first, clock);
+        MoveEnvelope(second, clock);
+        ++clock;
     }
 }
 
@@ -176,11 +163,10 @@ void Ym3812::GenerateCymbals(std::span<int> mix, const Modulation& now) {
                       now.tremolo);
     };
     for (std::size_t i = 0; i < mix.size(); ++i) {
-        const std::uint32_t clock = clock_ + static_cast<std::uint32_t>(i);
-        Advance(hiHat, steps[0], clock);
-        Advance(snare, steps[1], clock);
-        Advance(tom, steps[2], clock);
-        Advance(cymbal, steps[3], clock);
+        hiHat.phase += steps[0];
+        snare.phase += steps[1];
+        tom.phase += steps[2];
+        cymbal.phase += steps[3];
         constexpr int kToHiHat = 14, kToSnare = 3, kRest = 1;  // in the order of the operators
         const std::uint32_t hat = hiHat.phase >> kPhaseShift, ring = cymbal.phase >> kPhaseShift;
         const unsigned mixed = (BitOf(hat, 2) ^ BitOf(hat, 7)) | (BitOf(hat, 3) ^ BitOf(ring, 5)) |
@@ -192,6 +178,8 @@ void Ym3812::GenerateCymbals(std::span<int> mix, const Modulation& now) {
                           Output(tables, tom, 0, now.tremolo) +
                           outputAt(cymbal, mixed << 9 | 0x100U);
         mix[i] += kDrumLoudness * drums;
+        for (Operator* const op : {&hiHat, &snare, &tom, &cymbal})
+            MoveEnvelope(*op, clock_ + static_cast<std::uint32_t>(i));
     }
 }
 

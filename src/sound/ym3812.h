@@ -44,7 +44,6 @@ public:
 
 private:
     enum class Stage : std::uint8_t { kAttack, kDecay, kSustain, kRelease };
-    enum class KeyEdge : std::uint8_t { kNone, kStruck, kLetGo };
 
     struct Operator {
         // As written.
@@ -59,7 +58,6 @@ private:
 
         // What moves.
         Stage stage = Stage::kRelease;
-        KeyEdge edge = KeyEdge::kNone;  ///< what the next sample will see of the key
         int envelope = kSilentAttenuation;
         std::uint32_t phase = 0;
         int output = 0, outputBefore = 0;
@@ -83,7 +81,7 @@ private:
     void WriteOperator(std::uint8_t address, std::uint8_t value);
     void WriteVoice(std::uint8_t address, std::uint8_t value);
     void WritePercussion(std::uint8_t value);
-    void SetKey(Operator& op, bool Operator::*key, bool down);
+    static void SetKey(Operator& op, bool Operator::*key, bool down);
     void Derive(Voice& voice);
 
     void GenerateStretch(std::span<int> mix);
@@ -95,8 +93,6 @@ private:
     static int Output(const Ym3812Tables& tables, const Operator& op, int push, int tremolo);
     static std::uint32_t StepOf(const Voice& voice, const Operator& op, const Modulation& now);
     static void MoveEnvelope(Operator& op, std::uint32_t clock);
-    static void StepEnvelope(Operator& op, std::uint32_t clock);
-    static void Advance(Operator& op, std::uint32_t step, std::uint32_t clock);
     static bool Audible(const Operator& op);
 
     std::array<Voice, 9> voices_;

@@ -25,6 +25,8 @@ constexpr bool Bit(unsigned value, int bit) {
     return (value >> bit & 1) != 0;
 }
 
+constexpr int kAtOnce = 60;  // an attack of such a rate takes no time
+
 }  // namespace
 
 Ym3812::Ym3812() {
@@ -129,10 +131,14 @@ void Ym3812::SetKey(Operator& op, bool Operator::*key, bool down) {
     const bool before = op.key || op.drumKey;
     op.*key = down;
     const bool after = op.key || op.drumKey;
-    if (after && !before) {
-        op.edge = KeyEdge::kStruck;
+    if (after && !before) {  // the wave from its start, the envelope from where it is
+        const bool atOnce = op.rate[0] >= kAtOnce;
+        op.phase = 0;
+        op.stage = atOnce ? Stage::kDecay : Stage::kAttack;
+        if (atOnce)
+            op.envelope = 0;
     } else if (before && !after) {
-        op.edge = KeyEdge::kLetGo;
+        op.stage = Stage::kRelease;
     }
 }
 
