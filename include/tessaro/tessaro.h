@@ -10,6 +10,7 @@
 #include "tessaro/palette.h"
 #include "tessaro/save_together.h"
 #include "tessaro/sound.h"
+#include "tessaro/sound_files.h"
 #include "tessaro/types.h"
 #include "tessaro/user_interface.h"
 #include "tessaro/version.h"
