@@ -7,10 +7,12 @@ if(NOT CMAKE_CROSSCOMPILING)
 endif()
 if(NOT TARGET GTest::gmock)
     set(TESSARO_GOOGLETEST_SOURCES /usr/src/googletest CACHE PATH "GoogleTest's sources")
-    set(INSTALL_GTEST OFF)
-    set(BUILD_SHARED_LIBS OFF)
-    add_subdirectory(${TESSARO_GOOGLETEST_SOURCES} ${PROJECT_BINARY_DIR}/googletest
-                     EXCLUDE_FROM_ALL SYSTEM)
+    block()
+        set(INSTALL_GTEST OFF)
+        set(BUILD_SHARED_LIBS OFF)
+        add_subdirectory(${TESSARO_GOOGLETEST_SOURCES} ${PROJECT_BINARY_DIR}/googletest
+                         EXCLUDE_FROM_ALL SYSTEM)
+    endblock()
 endif()
 include(GoogleTest)
 
