@@ -3,7 +3,6 @@
 #include <cctype>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -38,7 +37,9 @@ std::string WhyNotWritten(const fs::path& path, const ByteArray& bytes) {
         done = false;
         reason = errno;
     }
-    return done ? "" : reason ? std::strerror(reason) : "the system gives no reason";
+    return done     ? ""
+           : reason ? std::generic_category().message(reason)
+                    : "the system gives no reason";
 }
 
 /// A free name in the same folder.

@@ -37,6 +37,7 @@ void ExtractKind(Game& game, const ItemKind& kind, const Options& options) {
         }
         bar.Step(++seen, static_cast<std::int32_t>(numbers.size()));
     }
+    to.Finish();
     bar.Finish();
     Say(kind.Name() + ": " + std::to_string(items) + " items in " + std::to_string(to.Files()) +
         " files" + (empty > 0 ? ", " + std::to_string(empty) + " without data" : ""));

@@ -22,7 +22,8 @@ void Run(const Options& options) {
     Game game(options.folder);
     const int map = MapOf(game, options.map);
     MapCounts counts;
-    const Canvas picture = DrawMap(game, map, options.cell, &counts);
+    CellStamps stamps(game, options.cell);
+    const Canvas picture = DrawMap(game, map, stamps, &counts);
     WriteFile(options.out, picture.Png(), kPngFile);
     const auto number = [](int count, const char* what) { return std::to_string(count) + what; };
     const std::string name = Shown(game.Names().Of("map", map));

@@ -1,5 +1,7 @@
 #include "drawing/cell_pictures.h"
 
+#include <algorithm>
+
 #include "console.h"
 #include "report.h"
 
@@ -88,6 +90,30 @@ IndexedImage CellPictures::LoadTile(int chunk) {
     }
     TheConsole().TakeReason();
     return {};
+}
+
+const Stamp* CellStamps::Of(int plane, std::int32_t value) {
+    const auto [entry, isNew] = known_.try_emplace({plane, value});
+    if (isNew)
+        entry->second = Make(plane, value);
+    return entry->second.width > 0 ? &entry->second : nullptr;
+}
+
+Stamp CellStamps::Make(int plane, std::int32_t value) {
+    constexpr int kWallBrightness = 288;  // small pictures look darker
+    const IndexedImage* picture = pictures_.Of(plane, value);
+    if (!picture)
+        return {};
+    if (Set() == CellSet::Catacomb)
+        return Scaled(*picture, size_, size_);
+    if (plane == 0)
+        return Scaled(*picture, size_, size_, kWallBrightness);
+    const IndexedImage sprite = Cropped(*picture);
+    if (sprite.width == 0)
+        return {};
+    const int longer = std::max(sprite.width, sprite.height);
+    return Scaled(sprite, std::max(1, sprite.width * size_ / longer),
+                  std::max(1, sprite.height * size_ / longer));
 }
 
 /// A mask plane, 1 where transparent, then a plane each for blue, green, red and bright; the

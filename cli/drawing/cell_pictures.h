@@ -6,7 +6,7 @@
 
 #include "cells/cell_values.h"
 #include "game.h"
-#include "pictures/image.h"
+#include "pictures/canvas.h"
 
 namespace tessaro::cli {
 
@@ -31,6 +31,25 @@ private:
     clsVSwap* pages_ = nullptr;
     clsVGAGraph* graphics_ = nullptr;
     std::map<std::pair<int, std::int32_t>, IndexedImage> known_;
+};
+
+/// The same pictures as they stand in cells of some pixels across: walls and tiles fill their cell,
+/// what stands on the ground is cut out and as large as fits. Each is scaled once.
+class CellStamps {
+public:
+    CellStamps(Game& game, int size) : pictures_(game), size_(size) {}
+
+    CellSet Set() const { return pictures_.Set(); }
+    int Size() const { return size_; }
+    /// nullptr where there is no picture.
+    const Stamp* Of(int plane, std::int32_t value);
+
+private:
+    Stamp Make(int plane, std::int32_t value);
+
+    CellPictures pictures_;
+    int size_;
+    std::map<std::pair<int, std::int32_t>, Stamp> known_;
 };
 
 /// A masked tile of 16 x 16 pixels in 16 colours, as its chunk holds it; 160 bytes.

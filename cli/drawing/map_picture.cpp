@@ -50,7 +50,7 @@ Rgb FlatColor(std::int32_t value) {
 
 class MapPainter {
 public:
-    MapPainter(Game& game, int map, int cellSize) : pictures_(game), size_(cellSize) {
+    MapPainter(Game& game, CellStamps& stamps, int map) : stamps_(stamps), size_(stamps.Size()) {
         std::int32_t width = 0, height = 0;
         if (!game.Maps().LoadMap(map, planes_, width, height))
             Fail("map " + std::to_string(map));
@@ -79,10 +79,9 @@ private:
     void DrawStrange(Canvas& canvas, const Rect& place);
     static void Count(const CellValue& thing, MapCounts& counts);
 
-    CellPictures pictures_;
+    CellStamps& stamps_;
     int size_, width_ = 0, height_ = 0;
     typMapPlane planes_;
-    std::map<std::int32_t, IndexedImage> cropped_;
 };
 
 std::int32_t MapPainter::Cell(std::size_t plane, int x, int y) const {
@@ -94,7 +93,7 @@ std::int32_t MapPainter::Cell(std::size_t plane, int x, int y) const {
 }
 
 const CellValue& MapPainter::Meaning(int plane, int x, int y) const {
-    return ValueOf(pictures_.Set(), plane, Cell(static_cast<std::size_t>(plane), x, y));
+    return ValueOf(stamps_.Set(), plane, Cell(static_cast<std::size_t>(plane), x, y));
 }
 
 bool MapPainter::IsOpen(int x, int y) const {
@@ -116,8 +115,8 @@ void MapPainter::DrawWall(Canvas& canvas, int x, int y) {
         return;
     }
     const std::int32_t cell = Cell(0, x, y);
-    if (const IndexedImage* picture = pictures_.Of(0, cell))
-        canvas.Draw(*picture, Place(x, y), 288);
+    if (const Stamp* picture = stamps_.Of(0, cell))
+        canvas.Draw(*picture, x * size_, y * size_);
     else
         canvas.Fill(Place(x, y), FlatColor(cell));
 }
@@ -136,18 +135,12 @@ void MapPainter::DrawDoor(Canvas& canvas, int x, int y, const CellValue& door) {
 void MapPainter::DrawSprite(Canvas& canvas, int x, int y, Rgb without) {
     const Rect place = Place(x, y);
     const std::int32_t cell = Cell(1, x, y);
-    const auto [entry, isNew] = cropped_.try_emplace(cell);
-    if (const IndexedImage* picture = isNew ? pictures_.Of(1, cell) : nullptr)
-        entry->second = Cropped(*picture);
-    const IndexedImage& sprite = entry->second;
-    if (sprite.width == 0) {
+    const Stamp* sprite = stamps_.Of(1, cell);
+    if (sprite)
+        canvas.Draw(*sprite, place.x + size_ / 2 - sprite->width / 2,
+                    place.y + size_ - sprite->height);
+    else
         canvas.Disc(place.x + size_ / 2, place.y + size_ / 2, std::max(1, size_ / 5), without);
-        return;
-    }
-    const int longer = std::max(sprite.width, sprite.height);
-    const int width = std::max(1, sprite.width * size_ / longer);
-    const int height = std::max(1, sprite.height * size_ / longer);
-    canvas.Draw(sprite, {place.x + size_ / 2 - width / 2, place.y + size_ - height, width, height});
 }
 
 void MapPainter::DrawStart(Canvas& canvas, const Rect& place, int direction) {
@@ -245,22 +238,22 @@ Canvas MapPainter::Classic(MapCounts& counts) {
 /// Games of 16 colours: both planes as the tiles that the game's own editor showed.
 Canvas MapPainter::Tiles(MapCounts& counts) {
     Canvas canvas(width_ * size_, height_ * size_, kFloor);
-    const int plane = ThingPlane(pictures_.Set());
+    const int plane = ThingPlane(stamps_.Set());
     for (int y = 0; y < height_; ++y)
         for (int x = 0; x < width_; ++x) {
             const Rect place = Place(x, y);
             const std::int32_t ground = Cell(0, x, y);
-            if (const IndexedImage* picture = pictures_.Of(0, ground))
-                canvas.Draw(*picture, place);
+            if (const Stamp* picture = stamps_.Of(0, ground))
+                canvas.Draw(*picture, place.x, place.y);
             else if (ground != 0)
                 canvas.Fill(place, FlatColor(ground));
             const CellValue& thing = Meaning(plane, x, y);
             Count(thing, counts);
             if (thing.kind == CellKind::Start)
                 DrawStart(canvas, place, thing.direction);
-            else if (const IndexedImage* picture =
-                         pictures_.Of(plane, Cell(static_cast<std::size_t>(plane), x, y)))
-                canvas.Draw(*picture, place);
+            else if (const Stamp* picture =
+                         stamps_.Of(plane, Cell(static_cast<std::size_t>(plane), x, y)))
+                canvas.Draw(*picture, place.x, place.y);
             else if (thing.kind == CellKind::Unknown)
                 DrawStrange(canvas, place);
             else if (thing.kind != CellKind::Nothing)
@@ -298,7 +291,7 @@ Canvas MapPainter::Flat() {
 }
 
 Canvas MapPainter::Draw(MapCounts& counts) {
-    switch (pictures_.Set()) {
+    switch (stamps_.Set()) {
         case CellSet::Wolf:
         case CellSet::Spear:
             return Classic(counts);
@@ -312,9 +305,9 @@ Canvas MapPainter::Draw(MapCounts& counts) {
 
 }  // namespace
 
-Canvas DrawMap(Game& game, int map, int cellSize, MapCounts* counts) {
+Canvas DrawMap(Game& game, int map, CellStamps& stamps, MapCounts* counts) {
     MapCounts ignored;
-    return MapPainter(game, map, cellSize).Draw(counts ? *counts : ignored);
+    return MapPainter(game, stamps, map).Draw(counts ? *counts : ignored);
 }
 
 }  // namespace tessaro::cli

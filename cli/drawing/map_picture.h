@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 
+#include "drawing/cell_pictures.h"
 #include "game.h"
 #include "pictures/canvas.h"
 
@@ -18,6 +19,7 @@ struct MapCounts {
 /// Draws walls with their pictures from the page file (in flat colours where there is none), and
 /// doors, floors, objects, enemies, secret walls and the player's start as signs of their own.
 /// Games of 16 colours show both planes as their tiles; unknown games a colour a value.
-Canvas DrawMap(Game& game, int map, int cellSize = 16, MapCounts* counts = nullptr);
+/// The stamps are the game's; whoever draws several maps keeps them.
+Canvas DrawMap(Game& game, int map, CellStamps& stamps, MapCounts* counts = nullptr);
 
 }  // namespace tessaro::cli

@@ -4,6 +4,7 @@
 
 #include "files.h"
 #include "known/item_names.h"
+#include "report.h"
 
 namespace tessaro::cli {
 
@@ -17,11 +18,34 @@ void Extraction::Write(const std::string& name, const ByteArray& bytes, const Fi
     WriteFile(Path(name), bytes, kind);
 }
 
+void Extraction::Later(const std::string& name, const FileKind& kind,
+                       std::function<ByteArray()> make) {
+    workers_.Do(
+        [path = Path(name), &kind, make = std::move(make)] { WriteFile(path, make(), kind); });
+}
+
 void Extraction::Write(const std::string& stem, const IndexedImage& image) {
     if (asBmp_)
-        Write(stem + ".bmp", ToBmp(image, image.colorCount == 16 ? 4 : 8), kBmpFile);
+        Later(stem + ".bmp", kBmpFile,
+              [image] { return ToBmp(image, image.colorCount == 16 ? 4 : 8); });
     else
-        Write(stem + ".png", ToPng(image), kPngFile);
+        Later(stem + ".png", kPngFile, [image] { return ToPng(image); });
+}
+
+void Extraction::Write(const std::string& stem, Canvas drawing) {
+    Later(stem + ".png", kPngFile, [drawing = std::move(drawing)] { return drawing.Png(); });
+}
+
+void Extraction::Finish() {
+    for (const std::string& failure : workers_.Finish())
+        ReportAndGoOn(failure);
+}
+
+CellStamps& Extraction::Stamps(Game& game) {
+    constexpr int kCell = 16;
+    if (!stamps_)
+        stamps_ = std::make_unique<CellStamps>(game, kCell);
+    return *stamps_;
 }
 
 std::string ItemKind::Stem(const Item& item) const {

@@ -1,13 +1,17 @@
 // Everything a game holds, kind by kind: what `list` shows and `extract` writes.
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "drawing/cell_pictures.h"
 #include "file_kinds.h"
 #include "game.h"
-#include "pictures/image.h"
+#include "pictures/canvas.h"
+#include "workers.h"
 
 namespace tessaro::cli {
 
@@ -34,12 +38,23 @@ public:
                const FileKind& kind = kExtractedFile);
     /// Writes a picture as `stem`.png or .bmp.
     void Write(const std::string& stem, const IndexedImage& image);
+    /// Writes a drawing as `stem`.png.
+    void Write(const std::string& stem, Canvas drawing);
+    /// Waits for what is being written, and reports what could not be.
+    void Finish();
     int Files() const { return files_; }
+    /// What map pictures are made of, kept from map to map.
+    CellStamps& Stamps(Game& game);
 
 private:
+    /// The bytes are made and written on another thread.
+    void Later(const std::string& name, const FileKind& kind, std::function<ByteArray()> make);
+
     std::string folder_;
     bool asBmp_;
     int files_ = 0;
+    std::unique_ptr<CellStamps> stamps_;
+    Workers workers_;
 };
 
 /// One kind of items. A kind that a game cannot have is not `In` it.

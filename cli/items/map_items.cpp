@@ -48,7 +48,7 @@ public:
         enmMapFileType type = mftKZRMapFile;
         if (!game.Maps().ExportMap(item.number, path, true, type))
             Fail("map " + std::to_string(item.number));
-        to.Write(stem + ".png", DrawMap(game, item.number).Png(), kPngFile);
+        to.Write(stem, DrawMap(game, item.number, to.Stamps(game)));
     }
 };
 

@@ -21,9 +21,10 @@ void Canvas::Set(int x, int y, Rgb color) {
 }
 
 void Canvas::Fill(const Rect& area, Rgb color) {
-    for (int y = area.y; y < area.y + area.height; ++y)
-        for (int x = area.x; x < area.x + area.width; ++x)
-            Set(x, y, color);
+    const int left = std::max(0, area.x), right = std::min(width_, area.x + area.width);
+    const int top = std::max(0, area.y), bottom = std::min(height_, area.y + area.height);
+    for (int y = top; y < bottom && left < right; ++y)
+        std::fill_n(pixels_.begin() + std::ptrdiff_t{y} * width_ + left, right - left, color);
 }
 
 void Canvas::Frame(const Rect& area, Rgb color) {
@@ -58,18 +59,24 @@ void Canvas::Arrow(int centerX, int centerY, int radius, int direction, Rgb colo
         }
 }
 
-void Canvas::Draw(const IndexedImage& image, const Rect& area, int brightness) {
-    if (image.width < 1 || image.height < 1)
-        return;
+Stamp Scaled(const IndexedImage& image, int width, int height, int brightness) {
+    Stamp stamp{width, height, {}, {}};
+    const auto count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    stamp.pixels.resize(count);
+    stamp.ink.resize(count);
+    if (image.width < 1 || image.height < 1) {
+        stamp.solid = false;
+        return stamp;
+    }
     const auto span = [](int place, int size, int length) {
         const int from = place * length / size;
         return std::pair(from, std::max(from + 1, (place + 1) * length / size));
     };
-    for (int y = 0; y < area.height; ++y)
-        for (int x = 0; x < area.width; ++x) {
-            const auto [left, right] = span(x, area.width, image.width);
-            const auto [top, bottom] = span(y, area.height, image.height);
-            int red = 0, green = 0, blue = 0, count = 0;
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const auto [left, right] = span(x, width, image.width);
+            const auto [top, bottom] = span(y, height, image.height);
+            int red = 0, green = 0, blue = 0, pixels = 0;
             for (int row = top; row < bottom; ++row)
                 for (int column = left; column < right; ++column) {
                     const auto at = static_cast<std::size_t>(row * image.width + column);
@@ -79,15 +86,34 @@ void Canvas::Draw(const IndexedImage& image, const Rect& area, int brightness) {
                     red += color.red;
                     green += color.green;
                     blue += color.blue;
-                    ++count;
+                    ++pixels;
                 }
-            if (count * 3 < (right - left) * (bottom - top))  // mostly hole
+            if (pixels * 3 < (right - left) * (bottom - top)) {  // mostly hole
+                stamp.solid = false;
                 continue;
+            }
             const auto channel = [&](int sum) {
-                return static_cast<std::uint8_t>(std::min(255, sum / count * brightness / 256));
+                return static_cast<std::uint8_t>(std::min(255, sum / pixels * brightness / 256));
             };
-            Set(area.x + x, area.y + y, {channel(red), channel(green), channel(blue)});
+            const auto at = static_cast<std::size_t>(y * width + x);
+            stamp.pixels[at] = {channel(red), channel(green), channel(blue)};
+            stamp.ink[at] = 1;
         }
+    return stamp;
+}
+
+void Canvas::Draw(const Stamp& stamp, int x, int y) {
+    const int left = std::max(0, -x), right = std::min(stamp.width, width_ - x);
+    const int top = std::max(0, -y), bottom = std::min(stamp.height, height_ - y);
+    for (int row = top; row < bottom && left < right; ++row) {
+        const auto from = static_cast<std::size_t>(row) * static_cast<std::size_t>(stamp.width);
+        const auto to = static_cast<std::size_t>(y + row) * static_cast<std::size_t>(width_);
+        for (int column = left; column < right; ++column) {
+            const std::size_t at = from + static_cast<std::size_t>(column);
+            if (stamp.solid || stamp.ink[at])
+                pixels_[to + static_cast<std::size_t>(x + column)] = stamp.pixels[at];
+        }
+    }
 }
 
 void Canvas::Text(int x, int y, std::string_view text, Rgb color) {
@@ -102,9 +128,9 @@ void Canvas::Text(int x, int y, std::string_view text, Rgb color) {
 
 ByteArray Canvas::Png() const {
     PngPixels png{width_, height_, 3, {}, nullptr, 0, {}};
-    png.bytes.reserve(pixels_.size() * 3);
-    for (const Rgb& color : pixels_)
-        png.bytes.insert(png.bytes.end(), {color.red, color.green, color.blue});
+    static_assert(sizeof(Rgb) == 3);
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(pixels_.data());
+    png.bytes.assign(bytes, bytes + pixels_.size() * sizeof(Rgb));
     return WritePng(png);
 }
 

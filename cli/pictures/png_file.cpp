@@ -105,6 +105,10 @@ bool Encode(png_structp png, png_infop info, Session& session, const PngPixels& 
     png_set_IHDR(png, info, static_cast<png_uint_32>(pixels.width),
                  static_cast<png_uint_32>(pixels.height), 8, type, PNG_INTERLACE_NONE,
                  PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+    // What is drawn or taken from a game is flat, and tiles repeat: the fastest level finds nearly
+    // all of it, and filters would hide it.
+    png_set_filter(png, PNG_FILTER_TYPE_BASE, PNG_FILTER_NONE);
+    png_set_compression_level(png, 1);
     if (pixels.channels == 1) {
         png_color entries[256];
         for (int i = 0; i < pixels.colorCount; ++i) {
