@@ -28,6 +28,7 @@ public:
         return Forward(result, &clsAudioT::InitializeMusic);
     }
     STDMETHODIMP CloseFile() override { return Forward(&clsAudioT::CloseFile); }
+    STDMETHODIMP StopSave() override { return Forward(&clsAudioT::StopSave); }
 };
 
 }  // namespace

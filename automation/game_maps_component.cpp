@@ -15,6 +15,7 @@ public:
         return Forward(result, &clsGameMaps::Initialize);
     }
     STDMETHODIMP CloseFile() override { return Forward(&clsGameMaps::CloseFile); }
+    STDMETHODIMP StopSave() override { return Forward(&clsGameMaps::StopSave); }
     STDMETHODIMP LoadMap(LONG mapNum, VARIANT* mapDataPlanes, LONG* width, LONG* height,
                          VARIANT_BOOL* result) override {
         return Forward(result, &clsGameMaps::LoadMap, mapNum, mapDataPlanes, width, height);

@@ -1,6 +1,8 @@
 // Tessaro.clsVersion
 #include "tessaro/version.h"
 
+#include <memory>
+
 #include "classes.h"
 #include "component.h"
 #include "property.h"
@@ -8,6 +10,12 @@
 
 namespace tessaro::automation {
 namespace {
+
+/// The thread's own boxes, while nobody is to see any.
+std::unique_ptr<QuietUserInterface>& QuietBoxes() {
+    thread_local std::unique_ptr<QuietUserInterface> boxes;
+    return boxes;
+}
 
 class VersionComponent final : public Component<IVersion, ::clsVersion, clsVersion> {
 public:
@@ -50,6 +58,29 @@ public:
     STDMETHODIMP put_VariantArrays(VARIANT_BOOL value) override {
         VariantArrays(value != VARIANT_FALSE);
         return S_OK;
+    }
+    STDMETHODIMP get_Quiet(VARIANT_BOOL* value) override {
+        return Boundary([&] { StoreResult(QuietBoxes() != nullptr, value); });
+    }
+    STDMETHODIMP put_Quiet(VARIANT_BOOL value) override {
+        return Boundary([&] {
+            SetUserInterface(nullptr);
+            QuietBoxes() = nullptr;
+            if (value == VARIANT_FALSE)
+                return;
+            QuietBoxes() = std::make_unique<QuietUserInterface>();
+            SetUserInterface(QuietBoxes().get());
+        });
+    }
+    STDMETHODIMP get_Messages(BSTR* value) override {
+        return Boundary([&] {
+            std::string text;
+            if (QuietBoxes() != nullptr) {
+                for (const typMessage& message : QuietBoxes()->Messages())
+                    text += message.Prompt + "\r\n";
+            }
+            StoreResult(text, value);
+        });
     }
     // A window handle fits 32 bits on every system; hosts hold it in 32 or 64.
     STDMETHODIMP get_OwnerWindow(VARIANT* value) override {

@@ -15,6 +15,7 @@ public:
         return Forward(result, &clsVGAGraph::InitializeGraphics);
     }
     STDMETHODIMP CloseFile() override { return Forward(&clsVGAGraph::CloseFile); }
+    STDMETHODIMP StopSave() override { return Forward(&clsVGAGraph::StopSave); }
 
     PROPERTY(clsVGAGraph, LONG, NumberOfChunks)
     PROPERTY(clsVGAGraph, LONG, StartFonts)

@@ -46,6 +46,7 @@ public:
         return Forward(result, &clsVSwap::Initialize);
     }
     STDMETHODIMP CloseFile() override { return Forward(&clsVSwap::CloseFile); }
+    STDMETHODIMP StopSave() override { return Forward(&clsVSwap::StopSave); }
 };
 
 }  // namespace

@@ -27,6 +27,12 @@ public:
         : ForwardingFiles(below), fault_(fault), at_(at) {}
 
     int Operations() const { return operations_; }
+    /// Counts anew, and fails from now on as told.
+    void Arm(Fault fault, int at) {
+        fault_ = fault;
+        at_ = at;
+        operations_ = 0;
+    }
     /// Called before each operation.
     std::function<void(int operation)> onOperation = [](int) {};
     /// What was flushed, each kind of it once, and the kind that is left out without a word.
