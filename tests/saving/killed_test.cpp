@@ -1,21 +1,13 @@
 // Processes that are killed for real while they save or recover, and processes that save in turns.
-#ifndef _WIN32
-
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <functional>
 #include <iostream>
 #include <random>
 
 #include "foundation/names.h"
-#include "saving/backups.h"
+#include "saving/child.h"
 #include "saving/recovery.h"
 #include "saving/transaction.h"
 #include "support/faulty_files.h"
@@ -25,95 +17,147 @@ namespace tessaro {
 namespace {
 
 using test::Ascii;
+using test::Child;
+using test::Role;
 
-/// Runs `body` in a process of its own. Returns its exit code; a body that returns has 0.
-int InProcess(const std::function<void()>& body) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        try {
-            body();
-        } catch (const Failure& failure) {
-            std::cerr << failure.Description << '\n';
-            ::_exit(1);
-        }
-        ::_exit(0);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+std::string Path(const std::string& folder, int i) {
+    return JoinPath(folder, i == 0 ? "MAPHEAD.WL1" : "GAMEMAPS.WL1");
 }
 
-/// The process is killed before the n-th operation.
-void KillAt(test::FaultyFiles& files, int at) {
-    files.onOperation = [at](int operation) {
-        if (operation == at)
-            ::kill(::getpid(), SIGKILL);
-    };
-}
-
-struct Pair {
-    explicit Pair(std::string path) : folder(std::move(path)) {}
-    std::string Path(int i) const {
-        return JoinPath(folder, i == 0 ? "MAPHEAD.WL1" : "GAMEMAPS.WL1");
+/// The disk, for a process that is killed before the n-th operation.
+class Deadly : public test::FaultyFiles {
+public:
+    explicit Deadly(const std::string& at) : FaultyFiles(*DiskFiles()) {
+        onOperation = [n = std::stoi(at)](int operation) {
+            if (operation == n)
+                test::KillMyself();
+        };
     }
-    void Save(Files& files, const std::string& text, std::vector<DataFile> read = {}) const {
-        SavePlan plan;
-        plan.files = {{Path(0), Ascii(text + "0")}, {Path(1), Ascii(text + "1")}};
-        for (DataFile& file : read)
-            plan.read.push_back(&file);
-        plan.backupFolder = JoinPath(folder, "Backup");
-        Commit(files, plan);
-    }
-    /// What both files hold; fails where they do not belong together.
-    std::string Open(std::vector<DataFile>* read = nullptr) const {
-        std::vector<std::string> notices;
-        const auto files =
-            ReadSet(*DiskFiles(), {Path(0), Path(1)}, notices, [&](const Files& port) {
-                return std::vector{DataFile::Read(port, Path(0)), DataFile::Read(port, Path(1))};
-            });
-        std::string head(files[0].Bytes().begin(), files[0].Bytes().end());
-        const std::string maps(files[1].Bytes().begin(), files[1].Bytes().end());
-        EXPECT_EQ(head.substr(0, head.size() - 1), maps.substr(0, maps.size() - 1)) << "mixed";
-        if (read)
-            *read = files;
-        return head.substr(0, head.size() - 1);
-    }
-    const std::string folder;
 };
+
+/// Both files get the text, and a digit each.
+void Save(Files& files, const std::string& folder, const std::string& text,
+          std::vector<DataFile> read = {}) {
+    SavePlan plan;
+    plan.files = {{Path(folder, 0), Ascii(text + "0")}, {Path(folder, 1), Ascii(text + "1")}};
+    for (DataFile& file : read)
+        plan.read.push_back(&file);
+    plan.backupFolder = JoinPath(folder, "Backup");
+    Commit(files, plan);
+}
+
+/// The text of both files; fails where they do not belong together.
+std::string Open(const std::string& folder, std::vector<DataFile>* read = nullptr) {
+    std::vector<std::string> notices;
+    auto files = ReadSet(*DiskFiles(), {folder}, notices, [&](const Files& port) {
+        return std::vector{DataFile::Read(port, Path(folder, 0)),
+                           DataFile::Read(port, Path(folder, 1))};
+    });
+    std::string texts[2];
+    for (int i = 0; i < 2; ++i) {
+        const ByteSpan bytes = files[static_cast<std::size_t>(i)].Bytes();
+        texts[i].assign(bytes.begin(), bytes.end() - 1);
+    }
+    if (texts[0] != texts[1])
+        throw Failure(0, "A mixed set: " + texts[0] + " and " + texts[1]);
+    if (read)
+        *read = std::move(files);
+    return texts[0];
+}
+
+/// Appends a letter to what it has read, again and again; a refusal reads again. Now and then a
+/// child that does the same is killed. Returns how often it has saved.
+int SaveInTurns(const std::string& folder, int number, std::chrono::milliseconds time) {
+    const auto until = std::chrono::steady_clock::now() + time;
+    std::mt19937 random(static_cast<unsigned>(number));
+    int saved = 0;
+    while (std::chrono::steady_clock::now() < until) {
+        try {
+            std::vector<DataFile> read;
+            const std::string text = Open(folder, &read);
+            Save(*DiskFiles(), folder, text + static_cast<char>('a' + number), read);
+            ++saved;
+        } catch (const Failure& failure) {
+            if (failure.Number != kPermissionDenied)  // changed by another, or in use for long
+                throw;
+        }
+        if (random() % 8 == 0)
+            Child({"append", folder, std::to_string(random() % 60)}).Wait();
+    }
+    return saved;
+}
+
+int Play(const Role& role) {
+    const std::string &what = role.at(0), &folder = role.at(1);
+    try {
+        if (what == "save") {
+            Deadly files(role.at(2));
+            Save(files, folder, "new");
+        } else if (what == "recover") {
+            Deadly files(role.at(2));
+            Recover(files, folder);
+        } else if (what == "append") {
+            std::vector<DataFile> read;
+            const std::string text = Open(folder, &read);
+            Deadly files(role.at(2));
+            Save(files, folder, text + "x", read);
+        } else {
+            const int number = std::stoi(role.at(2));
+            const int saved =
+                SaveInTurns(folder, number, std::chrono::milliseconds(std::stoi(role.at(3))));
+            std::ofstream(JoinPath(folder, "saved" + role.at(2))) << saved;
+        }
+    } catch (const Failure& failure) {
+        if (what == "turns")
+            std::cerr << failure.Description << '\n';
+        return 1;
+    }
+    return 0;
+}
+
+const bool ready = (test::playRole = Play, true);
+
+#ifdef _WIN32
+constexpr int kEvery = 7;  // starting a process takes long there
+TEST(Child, PlaysItsRole) {
+    const char* words = std::getenv("TESSARO_TEST_ROLE");
+    if (!words)
+        return;
+    Role role(1);
+    for (const char c : std::string(words)) {
+        if (c == '|')
+            role.emplace_back();
+        else
+            role.back() += c;
+    }
+    ::ExitProcess(static_cast<UINT>(Play(role)));
+}
+#else
+constexpr int kEvery = 1;
+#endif
 
 TEST(Killed, ASaveIsFoundOldOrNewByTheNextOpening) {
     int kills = 0, finished = 0;
-    for (int at = 1;; ++at) {
+    for (int at = 1;; at += kEvery) {
         test::TempFolder folder;
-        const Pair pair(folder.Path());
         folder.Write("MAPHEAD.WL1", Ascii("old0"));
         folder.Write("GAMEMAPS.WL1", Ascii("old1"));
-        const auto save = [&] {
-            test::FaultyFiles files(*DiskFiles());
-            KillAt(files, at);
-            pair.Save(files, "new");
-        };
-        if (InProcess(save) == 0)
+        if (Child({"save", folder.Path(), std::to_string(at)}).Wait() == 0)
             break;
         ++kills;
         // The recovery is killed as well, at each of its steps.
-        for (int step = 1;; ++step) {
-            const auto open = [&] {
-                test::FaultyFiles files(*DiskFiles());
-                KillAt(files, step);
-                Recover(files, folder.Path());
-            };
-            if (InProcess(open) == 0)
-                break;
+        int step = 1;
+        while (Child({"recover", folder.Path(), std::to_string(step)}).Wait() != 0) {
+            step += kEvery;
             ++kills;
         }
-        const std::string set = pair.Open();
+        const std::string set = Open(folder.Path());
         EXPECT_TRUE(set == "old" || set == "new") << set;
         finished += set == "new";
-        pair.Save(*DiskFiles(), "next");
-        EXPECT_EQ(pair.Open(), "next");
+        Save(*DiskFiles(), folder.Path(), "next");
+        EXPECT_EQ(Open(folder.Path()), "next");
         EXPECT_EQ(DiskFiles()->List(folder.Path()).size(), 2u) << "litter";
-        const auto backups = DiskFiles()->List(JoinPath(folder.Path(), "Backup"));
+        const auto backups = DiskFiles()->List(folder.File("Backup"));
         EXPECT_TRUE(std::ranges::none_of(backups, IsTemporaryName));
     }
     EXPECT_GT(finished, 0);
@@ -123,68 +167,25 @@ TEST(Killed, ASaveIsFoundOldOrNewByTheNextOpening) {
 /// TESSARO_CONTENTION_SECONDS prolongs the search.
 TEST(Killed, SaversInTurnsLoseNothing) {
     const char* wanted = std::getenv("TESSARO_CONTENTION_SECONDS");
-    const int seconds = wanted ? std::atoi(wanted) : 2;
+    const int seconds = wanted ? std::atoi(wanted) : 3;
     for (const int savers : {2, 4}) {
         test::TempFolder folder;
-        const Pair pair(folder.Path());
-        pair.Save(*DiskFiles(), "");
-        const auto saver = [&](int number) {
-            // Each appends its letter to what it has read; a refusal reads again.
-            const auto until =
-                std::chrono::steady_clock::now() + std::chrono::milliseconds(seconds * 500);
-            int saved = 0;
-            std::mt19937 random(static_cast<unsigned>(number));
-            while (std::chrono::steady_clock::now() < until) {
-                std::vector<DataFile> read;
-                const std::string text = pair.Open(&read);
-                try {
-                    test::FaultyFiles files(*DiskFiles());
-                    pair.Save(files, text + static_cast<char>('a' + number), read);
-                    ++saved;
-                } catch (const Failure& failure) {
-                    if (failure.Number != kPermissionDenied)
-                        throw;
-                }
-                if (random() % 8 == 0) {  // now and then one dies in its next save
-                    InProcess([&] {
-                        test::FaultyFiles files(*DiskFiles());
-                        KillAt(files, static_cast<int>(random() % 60));
-                        std::vector<DataFile> again;
-                        const std::string now = pair.Open(&again);
-                        pair.Save(files, now + "x", again);
-                    });
-                }
-            }
-            std::ofstream(folder.File("saved" + std::to_string(number))) << saved;
-        };
-        std::vector<pid_t> children;
+        Save(*DiskFiles(), folder.Path(), "");
+        std::vector<Child> children;
+        for (int i = 0; i < savers; ++i)
+            children.emplace_back(
+                Role{"turns", folder.Path(), std::to_string(i), std::to_string(seconds * 500)});
+        for (const Child& child : children)
+            EXPECT_EQ(child.Wait(), 0);
+        const std::string end = Open(folder.Path());
+        std::ptrdiff_t all = 0;
         for (int i = 0; i < savers; ++i) {
-            children.push_back(::fork());
-            if (children.back() == 0) {
-                int code = 0;
-                try {
-                    saver(i);
-                } catch (const Failure& failure) {
-                    std::cerr << failure.Description << '\n';
-                    code = 1;
-                }
-                ::_exit(testing::Test::HasFailure() ? 2 : code);
-            }
-        }
-        for (const pid_t child : children) {
-            int status = 0;
-            ::waitpid(child, &status, 0);
-            EXPECT_EQ(status, 0);
-        }
-        const std::string end = pair.Open();
-        int all = 0;
-        for (int i = 0; i < savers; ++i) {
-            int saved = 0;
+            std::ptrdiff_t saved = -1;
             std::ifstream(folder.File("saved" + std::to_string(i))) >> saved;
             EXPECT_EQ(std::ranges::count(end, static_cast<char>('a' + i)), saved) << "lost saves";
             all += saved;
         }
-        EXPECT_GT(all, savers);
+        EXPECT_GT(all, 1);
         std::cout << savers << " savers: " << all << " saves, " << std::ranges::count(end, 'x')
                   << " of killed ones finished\n";
     }
@@ -192,5 +193,3 @@ TEST(Killed, SaversInTurnsLoseNothing) {
 
 }  // namespace
 }  // namespace tessaro
-
-#endif

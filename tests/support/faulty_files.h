@@ -21,7 +21,7 @@ enum class Fault {
 };
 
 /// Counts the operations of a port (from 1) and makes chosen ones fail.
-class FaultyFiles final : public ForwardingFiles {
+class FaultyFiles : public ForwardingFiles {
 public:
     explicit FaultyFiles(Files& below, Fault fault = Fault::None, int at = 0)
         : ForwardingFiles(below), fault_(fault), at_(at) {}
