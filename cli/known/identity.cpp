@@ -120,12 +120,13 @@ std::vector<ItemKey> ChangedItems(Game& game, const KnownVersion& version) {
     std::vector<ItemKey> changed;
     if (version.items.empty())
         return changed;
-    for (const auto& [key, sum] : Checksums(game)) {
+    for (const auto& item : Checksums(game)) {
+        const auto& key = item.first;
         const auto known = version.items.find(key);
         const bool counted =
             std::any_of(version.items.begin(), version.items.end(),
                         [&](const auto& row) { return row.first.first == key.first; });
-        if (counted && (known == version.items.end() || known->second != sum))
+        if (counted && (known == version.items.end() || known->second != item.second))
             changed.push_back(key);
     }
     return changed;
@@ -135,7 +136,8 @@ std::vector<ItemKey> ChangedItems(Game& game, const std::string& originalFolder)
     std::map<ItemKey, std::string> original;
     WithOtherGame(originalFolder, [&](Game& other) { original = Checksums(other); });
     std::vector<ItemKey> changed;
-    for (const auto& [key, sum] : Checksums(game)) {
+    for (const auto& item : Checksums(game)) {
+        const auto& key = item.first;
         const auto known = original.find(key);
         if (known == original.end() || known->second != sum)
             changed.push_back(key);

@@ -17,10 +17,14 @@ bool SameCodes(const HuffDictionary& a, const HuffDictionary& b) {
 }
 
 /// Expanded bytes in their stored form. A chunk with a length field can hold any number of them.
-ByteArray Compress(ByteSpan bytes, bool bare, const HuffDictionary& dictionary) {
+ByteArray Compress(std::int32_t chunk, ByteSpan bytes, bool bare,
+                   const HuffDictionary& dictionary) {
     if (!CanCompress(bytes, dictionary))
         throw Failure(kInvalidProcedureCall,
-                      "The data hold a byte value that the dictionary has no code for.");
+                      "Chunk " + std::to_string(chunk) +
+                          " holds a byte value that the dictionary has no code for. Build a "
+                          "dictionary that has one (BuildVGADICT) and load it "
+                          "(LoadCompileVGADictFile).");
     if (bytes.empty() && !bare)
         return ByteArray(4);
     ByteWriter out;
@@ -65,8 +69,8 @@ std::optional<ByteArray> GraphicsSet::Encode(std::int32_t chunk,
     if (slot.replaced) {
         const bool bare = catalog.HasNoLengthField(chunk);
         return IsText(catalog.TypeOf(chunk))
-                   ? Compress(modCodePage::BytesToDosCodePage(*slot.data), bare, codes)
-                   : Compress(*slot.data, bare, codes);
+                   ? Compress(chunk, modCodePage::BytesToDosCodePage(*slot.data), bare, codes)
+                   : Compress(chunk, *slot.data, bare, codes);
     }
     if (FindChunk(offsets, data.Size(), catalog.Index(chunk)).sparse)
         return std::nullopt;
@@ -75,7 +79,7 @@ std::optional<ByteArray> GraphicsSet::Encode(std::int32_t chunk,
     if (SameCodes(codes, dictionary) || stored.size() < 5)
         return ByteArray(stored.begin(), stored.end());
     const ChunkForm form = FormOf(opened, dictionary, chunk, stored);
-    return Compress(ExpandWhole(form, opened.ega, stored, dictionary),
+    return Compress(chunk, ExpandWhole(form, opened.ega, stored, dictionary),
                     form.coding != ChunkForm::Length, codes);
 }
 
