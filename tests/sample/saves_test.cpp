@@ -63,7 +63,8 @@ struct Maps {
     bool Open() { return container.Initialize(); }
     bool Save() { return container.SaveMapFile(); }
     void Edit(Random& random) {
-        const auto map = static_cast<std::int32_t>(random() % 3);
+        const auto map =
+            static_cast<std::int32_t>(random() % static_cast<unsigned>(container.NumberOfMaps()));
         switch (random() % 8) {
             case 0:
                 container.ResizeMap(map, 1 + static_cast<int>(random() % 90),
