@@ -115,7 +115,8 @@ public:
     /// The layout of the 8 x 8 tiles: their number, tiles across and tiles down.
     void GetTile8Info(std::int32_t& NumberOfTiles, std::int32_t& NumTilesWide,
                       std::int32_t& NumTilesHigh) const;
-    /// Gives another layout, which outlives the next opening; tiles nobody replaced follow it.
+    /// Gives another layout, for tiles nobody replaced and for the next opening; it lasts until the
+    /// opening after that one.
     void SetTile8Info(std::int32_t NumberOfTiles, std::int32_t NumTilesWide,
                       std::int32_t NumTilesHigh);
 
@@ -124,9 +125,14 @@ public:
     bool LoadTessaro(std::int32_t Chunk, ByteArray& Data);
     /// Replaces a chunk in memory: by its expanded bytes, or, for pictures, sprites and tiles other
     /// than masked 16 x 16 ones, by a BMP image, which is converted to the stored form (a picture
-    /// of another size updates the picture table; masks stay). SaveVGAGraph writes it.
+    /// of another size updates the picture table; masks stay). SaveVGAGraph writes it. A font, a
+    /// picture and tiles have to be what an opening would take for them: a font ends with the
+    /// pixels of its last character, a picture has its table's size, 8 x 8 tiles are whole ones, at
+    /// least as many as the layout has. What is refused changes nothing (number 5). A chunk without
+    /// data and one of no particular kind (vgMisc) take the type that the bytes tell.
     void SetChunkData(std::int32_t Chunk, const ByteArray& Data);
-    /// Replaces the mask plane of a masked picture or a sprite in memory.
+    /// Replaces the mask plane of a masked picture or a sprite in memory: the plane's bytes, one bit
+    /// a pixel, or a BMP image of its size. Anything else is refused.
     void SetMaskData(std::int32_t Chunk, const ByteArray& Data);
 
     /// The 256 colours of a palette chunk: red in the low byte, 6-bit values times 4. Where the

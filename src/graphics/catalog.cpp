@@ -35,6 +35,17 @@ void GraphicsCatalog::Resize(std::int32_t chunks) {
         firstTile8_ = -1;
 }
 
+enmVGRAGRAPHTypes GraphicsCatalog::TypeByTable(std::int32_t chunk) const {
+    const auto within = [&](std::int64_t first, std::size_t count) {
+        return chunk >= first && chunk < first + static_cast<std::int64_t>(count);
+    };
+    if (within(startPics, pictures.size()))
+        return vgPicture;
+    if (within(std::int64_t{startPics} + numberOfPics, maskedPictures.size()))
+        return vgBMPMask;
+    return within(firstSprite, sprites.size()) ? vgSprite : vgUnknown;
+}
+
 std::int32_t GraphicsCatalog::ChunkOfType(enmVGRAGRAPHTypes type, std::int32_t position) const {
     for (std::size_t i = 0; i < types_.size(); ++i)
         if (types_[i] == type && position-- == 0)

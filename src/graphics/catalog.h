@@ -50,6 +50,9 @@ public:
     /// Gives up chunks, or adds some of unknown type.
     void Resize(std::int32_t chunks);
 
+    /// The type that the tables of pictures, masked pictures and sprites give a chunk; vgUnknown
+    /// for one that is in none of them.
+    enmVGRAGRAPHTypes TypeByTable(std::int32_t chunk) const;
     /// The chunk at a position among those of one type; -1 where there is none.
     std::int32_t ChunkOfType(enmVGRAGRAPHTypes type, std::int32_t position) const;
     /// The same for the first chunk of 8 x 8 tiles, without a search.

@@ -48,11 +48,30 @@ ChunkForm FormOfTile8(const GraphicsCatalog& catalog, std::int32_t chunk, TileLa
             .tile8 = layout};
 }
 
+/// The form of the chunk that becomes the tile chunk.
+ChunkForm FormOfNewTile8(const GraphicsCatalog& catalog, std::int32_t chunk) {
+    return FormOfTile8(catalog, chunk, catalog.ega ? TileLayout{104, 8, 13} : catalog.tile8);
+}
+
 /// Behind the sprites of a 16-colour set come the tiles, which have no length field, and up to the
 /// first article nothing there is believed to have one.
 bool LiesBehindSprites(const GraphicsCatalog& catalog, std::int32_t chunk) {
     return catalog.ega && !catalog.sprites.empty() &&
            chunk >= catalog.firstSprite + std::ssize(catalog.sprites) && !catalog.Found(vgEndArt);
+}
+
+/// Behind a stream that fits there is its empty last byte, "!ID!", both or nothing.
+bool Fits(const std::optional<std::size_t>& bytesLeft) {
+    return bytesLeft == 0 || bytesLeft == 1 || bytesLeft == 4 || bytesLeft == 5;
+}
+
+/// The first bytes of the tiles may look like a length. Then what is behind them does not fit that
+/// length, and the bare stream fits the layout's.
+bool AreTilesInSpite(const GraphicsCatalog& catalog, std::int32_t chunk, ByteSpan stored,
+                     std::int32_t length, const HuffDictionary& dictionary) {
+    const auto left = BytesLeft(stored.subspan(4), length, dictionary);
+    return (!left || *left > 5) &&
+           Fits(BytesLeft(stored, FormOfNewTile8(catalog, chunk).length, dictionary));
 }
 
 bool Within(std::int32_t size, std::int32_t low, std::int32_t high) {
@@ -126,14 +145,19 @@ ChunkForm FormOf(const GraphicsCatalog& catalog, const HuffDictionary& dictionar
     if (chunk == catalog.FirstTile8())
         return FormOfTile8(catalog, chunk, catalog.tile8);
     const std::int32_t length = ByteReader(stored).I32();
-    if (length > 0 && length < 65536 && !LiesBehindSprites(catalog, chunk))
-        return FormOfType(catalog, chunk, type);
-    if (catalog.FirstTile8() < 0)
-        return FormOfTile8(catalog, chunk, catalog.ega ? TileLayout{104, 8, 13} : catalog.tile8);
-    if (type != vgUnknown)
+    const bool believed = length > 0 && length < 65536 && !LiesBehindSprites(catalog, chunk);
+    if (catalog.FirstTile8() < 0 && type == vgUnknown &&
+        (!believed || AreTilesInSpite(catalog, chunk, stored, length, dictionary)))
+        return FormOfNewTile8(catalog, chunk);
+    if (believed || type != vgUnknown)
         return FormOfType(catalog, chunk, type);
     ByteArray measured;
     return FormBySize(catalog, DetermineChunkSize(stored, measured, dictionary));
+}
+
+std::int32_t TileLength(const GraphicsCatalog& catalog, enmVGRAGRAPHTypes type) {
+    return type == vgTile8 ? FormOfTile8(catalog, 0, catalog.tile8).length
+                           : FixedLength(catalog, type);
 }
 
 void Settle(GraphicsCatalog& catalog, std::int32_t chunk, const ChunkForm& form) {

@@ -28,6 +28,9 @@ struct ChunkForm {
 /// What the chunk's bytes and what is known of the set make of a chunk. Decides only.
 ChunkForm FormOf(const GraphicsCatalog& catalog, const HuffDictionary& dictionary,
                  std::int32_t chunk, ByteSpan stored);
+/// The expanded length of a chunk of a tile type, that of the 8 x 8 tiles by their layout; 0 for
+/// all other types.
+std::int32_t TileLength(const GraphicsCatalog& catalog, enmVGRAGRAPHTypes type);
 /// Notes what a form tells of a chunk.
 void Settle(GraphicsCatalog& catalog, std::int32_t chunk, const ChunkForm& form);
 ByteArray Expand(const ChunkForm& form, ByteSpan stored, const HuffDictionary& dictionary);

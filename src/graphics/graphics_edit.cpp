@@ -1,6 +1,8 @@
 // Data from the host in place of stored ones: as they are, or converted from a BMP image.
 #include <algorithm>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "graphics/chunk_content.h"
 #include "graphics/fonts.h"
@@ -125,8 +127,6 @@ ByteArray GraphicsSet::FromImage(std::int32_t chunk, const ByteArray& image) {
             Load(chunk);
             const std::size_t planeSize = EgaPlaneSize(size.width, size.height);
             ByteArray planes = MaskOf(chunk, planeSize);
-            if (planes.size() != planeSize)
-                throw Failure(kInvalidProcedureCall, "The mask has another size than the picture.");
             const ByteArray colors = PlanesFromPixels(pixels, true);
             planes.insert(planes.end(), colors.begin(), colors.end());
             return planes;
@@ -153,17 +153,69 @@ ByteArray GraphicsSet::FromImage(std::int32_t chunk, const ByteArray& image) {
     }
 }
 
-void GraphicsSet::Replace(std::int32_t chunk, const ByteArray& bytes) {
+void GraphicsSet::RequireForm(std::int32_t chunk, ByteSpan bytes) const {
+    const std::string name = "Chunk " + std::to_string(chunk);
+    const auto require = [&](std::int64_t size) {
+        if (std::cmp_not_equal(bytes.size(), size))
+            throw Failure(kInvalidProcedureCall,
+                          name + " has to have " + std::to_string(size) + " bytes.");
+    };
     const enmVGRAGRAPHTypes type = catalog.TypeOf(chunk);
-    ByteArray expanded = IsBMPImage(bytes) && TakesImages(type) ? FromImage(chunk, bytes) : bytes;
-    if (type == vgUnknown || type == vgSparse)
+    switch (type) {
+        case vgFont:
+            if (!LooksLikeFont(bytes, catalog.ega))
+                throw Failure(kInvalidProcedureCall,
+                              name +
+                                  " holds a font: the pixels of its last character have to end "
+                                  "with the data.");
+            break;
+        case vgPicture:
+            require(PictureBytes(chunk));
+            break;
+        case vgTile8: {
+            const auto least = static_cast<std::size_t>(TileLength(catalog, type));
+            const std::size_t tile = Tile8Size(catalog.ega);
+            if (bytes.size() < least || bytes.size() % tile != 0)
+                throw Failure(kInvalidProcedureCall,
+                              name + " holds tiles of " + std::to_string(tile) +
+                                  " bytes, at least " + std::to_string(least) + " bytes in all.");
+            break;
+        }
+        case vgTile8m:
+        case vgTile16:
+        case vgTile16M:
+            require(TileLength(catalog, type));
+            break;
+        default:
+            break;
+    }
+}
+
+void GraphicsSet::Replace(std::int32_t chunk, const ByteArray& bytes) {
+    const enmVGRAGRAPHTypes before = catalog.TypeOf(chunk);
+    if (before == vgUnknown || before == vgSparse)
+        catalog.Retype(chunk, catalog.TypeByTable(chunk));
+    const enmVGRAGRAPHTypes type = catalog.TypeOf(chunk);
+    ByteArray expanded;
+    std::optional<typFont> font;
+    const std::int64_t fontIndex = std::int64_t{chunk} - catalog.startFonts;
+    try {
+        expanded = IsBMPImage(bytes) && TakesImages(type) ? FromImage(chunk, bytes) : bytes;
+        if (!catalog.j98)  // there the place alone counts
+            RequireForm(chunk, expanded);
+        if (type == vgFont && fontIndex >= 0 && fontIndex < std::ssize(fonts) &&
+            LooksLikeFont(expanded, catalog.ega))
+            font = ReadFont(expanded, catalog.ega);
+    } catch (...) {
+        catalog.Retype(chunk, before);
+        throw;
+    }
+    if (type == vgUnknown || type == vgMisc)
         catalog.Recognise(chunk, TypeByContent(expanded, catalog.ega));
     if (chunk == 0 && type == vgSTRUCTPIC && !catalog.j98)
         catalog.pictures = ReadPictureTable(expanded, catalog.ega);
-    const std::int64_t font = std::int64_t{chunk} - catalog.startFonts;
-    if (type == vgFont && font >= 0 && font < std::ssize(fonts) &&
-        LooksLikeFont(expanded, catalog.ega))
-        fonts[static_cast<std::size_t>(font)] = ReadFont(expanded, catalog.ega);
+    if (font)
+        fonts[static_cast<std::size_t>(fontIndex)] = std::move(*font);
     Slot& slot = SlotOf(chunk);
     if (slot.mask && expanded.size() / 5 >= slot.mask->size())
         slot.mask.reset();  // the new bytes have a mask plane of their own
@@ -172,11 +224,18 @@ void GraphicsSet::Replace(std::int32_t chunk, const ByteArray& bytes) {
 }
 
 void GraphicsSet::ReplaceMask(std::int32_t chunk, const ByteArray& plane) {
+    const PictureSize size = MaskedSizeOf(chunk);
     ByteArray mask = plane;
     if (IsBMPImage(plane)) {
         const Pixels pixels = PixelsFromImage(plane);
-        mask = EgaMaskFromPixels(pixels.bytes, pixels.size.width, pixels.size.height);
+        RequireSize(pixels.size, size);
+        mask = EgaMaskFromPixels(pixels.bytes, size.width, size.height);
     }
+    if (mask.size() != EgaPlaneSize(size.width, size.height))
+        throw Failure(kInvalidProcedureCall,
+                      "A mask of " + std::to_string(size.width) + " x " +
+                          std::to_string(size.height) + " pixels has " +
+                          std::to_string(EgaPlaneSize(size.width, size.height)) + " bytes.");
     SlotOf(chunk).mask = std::move(mask);
 }
 

@@ -1,5 +1,6 @@
 // Opening a graphics set: dictionary, header, tables, and a type for every chunk.
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "foundation/guard.h"
@@ -123,34 +124,31 @@ std::int32_t GraphicsSet::FindFonts(std::int32_t limit) {
     return tables;
 }
 
-/// Reads the tables of masked pictures and sprites and gives their chunks their types.
+/// Reads the tables of masked pictures and sprites and gives all chunks their types that the tables
+/// tell.
 void GraphicsSet::TypeByTables(std::int32_t tables) {
     const auto readTable = [&](std::int32_t chunk) {
         const auto stored = StoredIfThere(chunk);
         return stored ? ExpandChunk(*stored, dictionary) : ByteArray();
     };
-    const auto give = [&](std::int32_t first, std::size_t count, enmVGRAGRAPHTypes type) {
-        const std::int64_t end =
-            std::min<std::int64_t>(Count(), first + static_cast<std::int64_t>(count));
-        for (std::int32_t chunk = first; chunk < end; ++chunk)
-            if (catalog.TypeOf(chunk) == vgUnknown)
-                catalog.Recognise(chunk, type);
-    };
-    give(0, 1, vgSTRUCTPIC);
-    if (tables > 1) {
-        give(1, 1, vgBMPMaskHead);
+    if (tables > 1)
         catalog.maskedPictures = ReadPictureTable(readTable(1), true);
-    }
-    if (tables > 2) {
-        give(2, 1, vgSpriteHead);
+    if (tables > 2)
         catalog.sprites = ReadSpriteTable(readTable(2));
+    catalog.firstSprite = Narrow<std::int32_t>(catalog.startPics + catalog.numberOfPics +
+                                               std::ssize(catalog.maskedPictures));
+    const auto typeOf = [&](std::int32_t chunk) {
+        constexpr std::array kTables{vgSTRUCTPIC, vgBMPMaskHead, vgSpriteHead};
+        if (chunk < tables)
+            return kTables[static_cast<std::size_t>(chunk)];
+        const std::int32_t font = chunk - catalog.startFonts;
+        return font >= 0 && font < catalog.numberOfFonts ? vgFont : catalog.TypeByTable(chunk);
+    };
+    for (std::int32_t chunk = 0; chunk < Count(); ++chunk) {
+        const enmVGRAGRAPHTypes type = typeOf(chunk);
+        if (type != vgUnknown && catalog.TypeOf(chunk) == vgUnknown)
+            catalog.Recognise(chunk, type);
     }
-    give(catalog.startFonts, static_cast<std::size_t>(catalog.numberOfFonts), vgFont);
-    give(catalog.startPics, static_cast<std::size_t>(catalog.numberOfPics), vgPicture);
-    const std::int32_t firstMasked = catalog.startPics + catalog.numberOfPics;
-    give(firstMasked, catalog.maskedPictures.size(), vgBMPMask);
-    catalog.firstSprite = Narrow<std::int32_t>(firstMasked + std::ssize(catalog.maskedPictures));
-    give(catalog.firstSprite, catalog.sprites.size(), vgSprite);
 }
 
 /// Goes on without the fonts from the first one on that cannot be read.
@@ -198,9 +196,26 @@ void GraphicsSet::LoadNonPictureData() {
                 firstFailure = failure;
         }
     }
+    FindTilesAmongPictures();
     couldLoadNonPictureData = !firstFailure;
     if (firstFailure)
         troubles.push_back({"clsVGAGraph.LoadNonPictureData", *firstFailure});
+}
+
+/// A table may count the tiles among the pictures; then their chunk has no picture's size.
+void GraphicsSet::FindTilesAmongPictures() {
+    for (std::int32_t chunk = 0; chunk < Count() && catalog.FirstTile8() < 0; ++chunk) {
+        if (catalog.j98 || catalog.TypeOf(chunk) != vgPicture)
+            continue;
+        const auto stored = StoredIfThere(chunk);
+        if (!stored || stored->size() < 5 || ByteReader(*stored).I32() == PictureBytes(chunk))
+            continue;
+        catalog.Retype(chunk, vgUnknown);
+        const ChunkForm form = FormOf(catalog, dictionary, chunk, *stored);
+        catalog.Retype(chunk, vgPicture);
+        if (form.type == vgTile8)
+            Settle(catalog, chunk, form);
+    }
 }
 
 }  // namespace tessaro

@@ -63,6 +63,11 @@ PictureSize GraphicsSet::SizeOf(std::int32_t chunk) const {
                                               : catalog.pictures[index];
 }
 
+std::int64_t GraphicsSet::PictureBytes(std::int32_t chunk) const {
+    const PictureSize size = SizeOf(chunk);
+    return std::int64_t{size.width} * size.height / (catalog.ega ? 2 : 1);
+}
+
 const typSpriteHead& GraphicsSet::SpriteOf(std::int32_t chunk) const {
     const std::int64_t index = std::int64_t{chunk} - catalog.firstSprite;
     if (catalog.TypeOf(chunk) != vgSprite)

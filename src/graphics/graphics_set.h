@@ -78,7 +78,7 @@ struct GraphicsSet {
     /// A loaded chunk's planes: the slot's, or the mask that the host gave.
     MaskedPlanes SplitMask(std::int32_t chunk, PictureSize size) const;
 
-    /// The host's edits.
+    /// The host's edits. What they refuse changes nothing.
     void Replace(std::int32_t chunk, const ByteArray& bytes);
     void ReplaceMask(std::int32_t chunk, const ByteArray& plane);
     void Resize(std::int32_t chunks);
@@ -109,9 +109,14 @@ private:
     std::int32_t FindFonts(std::int32_t limit);
     void TypeByTables(std::int32_t tables);
     void TypeChunk(std::int32_t chunk);
+    void FindTilesAmongPictures();
     std::optional<ByteSpan> StoredIfThere(std::int32_t chunk) const;
 
     std::size_t PictureIndex(std::int32_t chunk) const;
+    /// The bytes that a picture of its table's size has.
+    std::int64_t PictureBytes(std::int32_t chunk) const;
+    /// Refuses bytes that an opening would not take for a font, a picture or tiles.
+    void RequireForm(std::int32_t chunk, ByteSpan bytes) const;
     ByteArray MaskOf(std::int32_t chunk, std::size_t planeSize) const;
     /// The bytes of a chunk to edit, with all tiles that are stored.
     ByteArray Whole(std::int32_t chunk);

@@ -41,6 +41,8 @@ public:
     bool AtEnd() const { return bit_ >= bitEnd_; }
     std::size_t ByteIndex() const { return static_cast<std::size_t>(bit_ / 8); }
     bool WithinCode() const { return withinCode_; }
+    /// The bytes of which a bit has been taken.
+    std::size_t BytesTouched() const { return static_cast<std::size_t>((bit_ + 7) / 8); }
 
     /// Takes one bit; true when it completes the code of `value`.
     bool Step(std::uint8_t& value) {
@@ -273,6 +275,19 @@ std::int32_t DetermineChunkSize(ByteSpan source, ByteArray& dest,
     symbols.resize(capacity + 1);
     dest = std::move(symbols);
     return result;
+}
+
+std::optional<std::size_t> BytesLeft(ByteSpan stream, std::int64_t count,
+                                     const HuffDictionary& dictionary) {
+    std::array<std::uint8_t, 1024> symbols;
+    StreamWalk walk(stream, dictionary);
+    while (count > 0) {
+        const std::size_t wanted = std::min(symbols.size(), static_cast<std::size_t>(count));
+        if (walk.Fill(std::span(symbols).first(wanted)) < wanted)
+            return std::nullopt;
+        count -= static_cast<std::int64_t>(wanted);
+    }
+    return stream.size() - walk.BytesTouched();
 }
 
 std::int32_t DetermineHuffLength(std::uint8_t value, const HuffDictionary& dictionary) {

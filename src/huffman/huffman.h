@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include "foundation/bytes.h"
 #include "huffman/dictionary.h"
@@ -33,6 +34,11 @@ ByteArray CompressStream(ByteSpan source, const HuffDictionary& dictionary);
 /// Decodes a stream of unknown length into `dest`, the bits of the last byte excepted, and returns
 /// the number of bytes, one more when the stream ended within a code. `dest` has one byte more.
 std::int32_t DetermineChunkSize(ByteSpan source, ByteArray& dest, const HuffDictionary& dictionary);
+
+/// How many bytes of a stream are left behind the codes of `count` bytes; nothing where it ends
+/// before.
+std::optional<std::size_t> BytesLeft(ByteSpan stream, std::int64_t count,
+                                     const HuffDictionary& dictionary);
 
 /// The length in bits of a byte value's code; 0 for a value without a leaf.
 std::int32_t DetermineHuffLength(std::uint8_t value, const HuffDictionary& dictionary);

@@ -119,6 +119,11 @@ TEST_F(EgaGraphics, SpritesComeWithTheirMaskAndEntry) {
     graph.SetMaskData(6, Hex("000100"));
     ASSERT_TRUE(graph.LoadEGASprite(6, image, mask, height, width, head));
     EXPECT_EQ(PixelsOf(mask), Hex("00000000 0000000F 00000000"));
+    graph.SetMaskData(6, Hex("0001"));
+    EXPECT_NE(user.LastPrompt().find("A mask of 8 x 3 pixels has 3 bytes."), std::string::npos);
+    graph.SetMaskData(4, Hex("000100"));
+    EXPECT_NE(user.LastPrompt().find("unsupported type"), std::string::npos);
+    user.boxes.clear();
 }
 
 TEST_F(EgaGraphics, TilesMakeSheets) {
