@@ -13,6 +13,7 @@
 #include <memory>
 #include <numeric>
 #include <random>
+#include <stdexcept>
 #include <string>
 
 #include "foundation/global.h"
@@ -101,6 +102,11 @@ private:
     std::string path_;
 };
 
+void Expect(bool opened) {
+    if (!opened)
+        throw std::logic_error("the set made for the measurement does not open");
+}
+
 std::function<void()> OpenGraphics(std::size_t chunks) {
     std::mt19937 random(3);
     std::array<std::int32_t, 256> counts{};
@@ -121,19 +127,24 @@ std::function<void()> OpenGraphics(std::size_t chunks) {
     ConfiguredGame().vgaGraphFile = folder->Write("VGAGRAPH.TST", data);
     return [folder] {
         clsVGAGraph graph;
-        benchmark::DoNotOptimize(graph.InitializeGraphics());
+        Expect(graph.InitializeGraphics());
     };
 }
 
-std::function<void()> OpenPageFile(std::size_t chunks) {
+std::function<void()> OpenPageFile(std::size_t sounds) {
     PageFileImage image(512);
-    for (std::size_t i = 0; i < chunks; ++i)
-        image.AddChunk(ByteArray(64, static_cast<std::uint8_t>(i)));
+    ByteWriter list;
+    for (std::size_t sound = 0; sound < sounds; ++sound) {
+        image.AddChunk(ByteArray(64, static_cast<std::uint8_t>(sound)));
+        list.U16(static_cast<std::uint16_t>(sound));
+        list.U16(64);
+    }
+    image.AddChunk(list.View());
     const auto folder = std::make_shared<Folder>();
     ConfiguredGame().vswapFile = folder->Write("VSWAP.TST", image.Assemble(0, 0));
     return [folder] {
         clsVSwap container;
-        benchmark::DoNotOptimize(container.Initialize());
+        Expect(container.Initialize());
     };
 }
 
@@ -226,7 +237,7 @@ bool Register() {
     huffman("HuffmanCompress", false);
 
     add("OpenGraphics", {10, 1'000, 100'000}, OpenGraphics);
-    add("OpenPageFile", {10, 1'000, 30'000}, OpenPageFile);
+    add("OpenPageFile", {10, 1'000, 16'000}, OpenPageFile);
     add("NextBackupNumber", {10, 1'000, 10'000}, FindBackupNumber);
     return true;
 }
