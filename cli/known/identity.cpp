@@ -139,7 +139,7 @@ std::vector<ItemKey> ChangedItems(Game& game, const std::string& originalFolder)
     for (const auto& item : Checksums(game)) {
         const auto& key = item.first;
         const auto known = original.find(key);
-        if (known == original.end() || known->second != sum)
+        if (known == original.end() || known->second != item.second)
             changed.push_back(key);
         if (known != original.end())
             original.erase(known);
