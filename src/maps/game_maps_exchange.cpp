@@ -44,7 +44,7 @@ ExchangeSettings SettingsOf(const Self& self, bool exportNames = true) {
 
 /// Replaces a file, or makes it, complete or not at all.
 void PutFile(const Self& self, const std::string& path, ByteSpan content) {
-    ShowNotices(ReplaceFile(*self.GameOf().files, path, content));
+    ShowNotices(ReplaceOneFile(*self.GameOf().files, path, content));
 }
 
 bool IsThere(const Self& self, const std::string& path) {

@@ -179,7 +179,7 @@ SaveOutcome Commit(Files& files, const SavePlan& plan) {
     return Save(files, plan).Run();
 }
 
-std::vector<std::string> ReplaceFile(Files& files, const std::string& path, ByteSpan bytes) {
+std::vector<std::string> ReplaceOneFile(Files& files, const std::string& path, ByteSpan bytes) {
     const auto kind = files.Kind(path);
     if (kind && kind->type == FileKind::Other) {
         files.Append(path, bytes, Flushed::No);

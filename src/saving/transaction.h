@@ -53,6 +53,6 @@ SaveOutcome Commit(Files& files, const SavePlan& plan);
 /// Commit does it, without a backup. A new one is complete or not there, but not flushed. Pipes
 /// and devices are written straight.
 /// @return what the user shall be told.
-std::vector<std::string> ReplaceFile(Files& files, const std::string& path, ByteSpan bytes);
+std::vector<std::string> ReplaceOneFile(Files& files, const std::string& path, ByteSpan bytes);
 
 }  // namespace tessaro

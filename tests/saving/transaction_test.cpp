@@ -170,15 +170,15 @@ TEST_F(Transactions, LeaveJournalsOfOthersAlone) {
 
 TEST_F(Transactions, ExportsReplaceAFileOrMakeIt) {
     const std::string path = folder_.File("picture.bmp");
-    ReplaceFile(*files_, path, Ascii("first"));
+    ReplaceOneFile(*files_, path, Ascii("first"));
     EXPECT_EQ(Text("picture.bmp"), "first");
-    ReplaceFile(*files_, folder_.File("PICTURE.BMP"), Ascii("second"));
+    ReplaceOneFile(*files_, folder_.File("PICTURE.BMP"), Ascii("second"));
     EXPECT_EQ(Text("picture.bmp"), "second");
     for (const auto fault : {test::Fault::WithoutEffect, test::Fault::AfterEffect}) {
         for (int at = 1;; ++at) {
             test::FaultyFiles faulty(*files_, fault, at);
             try {
-                ReplaceFile(faulty, path, Ascii("third"));
+                ReplaceOneFile(faulty, path, Ascii("third"));
                 break;
             } catch (const Failure&) {
                 EXPECT_EQ(Text("picture.bmp"), "second") << at;
@@ -186,7 +186,7 @@ TEST_F(Transactions, ExportsReplaceAFileOrMakeIt) {
             EXPECT_EQ(files_->List(folder_.Path()).size(), 3u) << "litter at " << at;
         }
         EXPECT_EQ(Text("picture.bmp"), "third");
-        ReplaceFile(*files_, path, Ascii("second"));
+        ReplaceOneFile(*files_, path, Ascii("second"));
     }
 }
 
