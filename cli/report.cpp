@@ -62,6 +62,10 @@ void ReportAndGoOn(const std::string& message) {
     reportedAnything = true;
 }
 
+void ExitWithFailure() {
+    reportedAnything = true;
+}
+
 void Note(const std::string& message) {
     if (!TheManner().quiet)
         Tell("note", "\x1b[33m", "tessaro: note:", message);

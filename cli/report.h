@@ -36,6 +36,8 @@ Manner& TheManner();
 int Report(const std::string& message, int exitCode);
 /// A failure that does not end the command: its line is told at once, and the exit code will be 1.
 void ReportAndGoOn(const std::string& message);
+/// The exit code will be 1 without another word.
+void ExitWithFailure();
 /// What the user should know although it worked.
 void Note(const std::string& message);
 /// What was done, on stdout; kept back where only results and errors are wanted.

@@ -32,6 +32,7 @@ void AddInfo(CLI::App& command);
 void AddList(CLI::App& command);
 void AddRender(CLI::App& command);
 void AddSheet(CLI::App& command);
+void AddCheck(CLI::App& command);
 void AddExtract(CLI::App& command);
 void AddImport(CLI::App& command);
 void AddMapExport(CLI::App& command);

@@ -11,6 +11,7 @@ constexpr Command kCommands[] = {
     {"list", "List the items of a game with their checksums", AddList},
     {"render", "Draw an overview picture of a map", AddRender},
     {"sheet", "Draw all walls and sprites on one sheet, with their numbers", AddSheet},
+    {"check", "Tell what a save could lose, a game fail on, a player stumble over", AddCheck},
     {"extract", "Write the items of a game into files, a folder per kind", AddExtract},
     {"import", "Replace one item of a game by a file", AddImport},
     {"map", "Exchange and change maps", nullptr},
