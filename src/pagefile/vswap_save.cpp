@@ -6,11 +6,10 @@
 #include "foundation/store.h"
 #include "images/wav_image.h"
 #include "pagefile/column_images.h"
+#include "pagefile/page_file_save.h"
 #include "pagefile/sprite_chunk.h"
 #include "pagefile/vswap_save.h"
-#include "pagefile/vswap_self.h"
 #include "saving/recovery.h"
-#include "saving/save_set.h"
 
 namespace tessaro {
 namespace {
@@ -24,81 +23,7 @@ constexpr std::int32_t kSoundTooBig = 1516;
 constexpr std::size_t kLongestSound = 65535;
 constexpr std::size_t kHiResChunkSize = 16384;
 
-/// Under this name, spelled so, users find the failures of a save in the log.
-constexpr std::string_view kProcedure = "clsVSWAP.SaveVSwap";
-
 }  // namespace
-
-/// One save of one object.
-class PageFileSave final : public SetSave {
-public:
-    PageFileSave(clsVSwap& owner, enmVSWAPCompression compression)
-        : SetSave(kProcedure, owner.self_->game ? owner.self_->game : SharedStore().game,
-                  owner.self_->saving),
-          owner_(owner),
-          self_(*owner.self_),
-          compression_(compression),
-          pageFile_(compression == vcOriginal ? 512 : 1) {}
-
-    std::vector<NewFile> Write() override;
-    void Prove(const Files& files) override;
-    std::vector<DataFile*> Read() override;
-    std::vector<std::string> Changed() const override;
-    void Adopt() override {
-        if (inPlace_)
-            self_.Serve(std::move(reread_));
-    }
-    void PutBack() override;
-    void RaiseError(const Failure&) override {
-        if (owner_.SaveError)
-            owner_.SaveError(number_, kind_);
-    }
-    void RaiseComplete(bool success) override {
-        if (owner_.SaveComplete)
-            owner_.SaveComplete(success);
-    }
-
-private:
-    std::vector<NewFile> Build();
-    template <class Save>
-    void SaveAll(enmChunkType kind, const std::vector<PageItem>& items, Save&& save);
-    ByteArray WallChunk();
-    ByteArray SpritePixels();
-    void SaveSprite();
-    void SaveSound();
-    ByteArray SamplesOf(const PageItem& sound);
-    void SaveReplacedSound();
-    void StoreSound(bool inExtraFile, const StoredSound& sound);
-    void PassSoundsThrough();
-    [[noreturn]] void RefuseProof(enmChunkType kind, std::size_t number);
-
-    PageItem& Item(std::vector<PageItem>& items) { return self_.ItemAt(items, number_); }
-    std::string Headline() const;
-    void RefuseOtherSprite(std::int32_t width, std::int32_t height);
-    [[noreturn]] void Refuse(std::int32_t code, const std::string& reason,
-                             const std::string& solutions);
-    Failure Named(Failure failure) const;
-
-    clsVSwap& owner_;
-    clsVSwap::Self& self_;
-    const enmVSWAPCompression compression_;
-    PageFileImage pageFile_;
-    std::optional<ExtraFileImage> extraFile_;
-    std::vector<SoundEntry> list_;  ///< of the page file
-    std::int32_t side_ = 64;        ///< of the sprites written
-    bool inPlace_ = false;
-
-    // What has to be read back: chunks of walls, pixels of sprites (none: no data), sounds.
-    std::vector<ByteArray> walls_, sprites_;
-    std::vector<StoredSound> sounds_;
-    PageIndex reread_;
-
-    // Where the save stands, for the events and the texts.
-    enmChunkType kind_ = ctWall;
-    std::int32_t number_ = 0;
-    bool converting_ = false;
-    bool explained_ = false;
-};
 
 std::string PageFileSave::Headline() const {
     const std::string text = kind_ == ctWall     ? "Error at wall chunk #"
@@ -410,9 +335,9 @@ void PageFileSave::PutBack() {
         ReadSet(*self_.game->files, {self_.index.page.Path()}, notices,
                 [&](const Files& files) { return DataFile::Read(files, self_.index.page.Path()); });
     } catch (...) {
-        Report(kProcedure, Failure(0,
-                                   "Error reloading original VSWAP.\r\n"
-                                   "Please shutdown and restart the program."));
+        Report(kPageFileSave, Failure(0,
+                                      "Error reloading original VSWAP.\r\n"
+                                      "Please shutdown and restart the program."));
     }
 }
 
