@@ -131,8 +131,8 @@ public:
     /// least as many as the layout has. What is refused changes nothing (number 5). A chunk without
     /// data and one of no particular kind (vgMisc) take the type that the bytes tell.
     void SetChunkData(std::int32_t Chunk, const ByteArray& Data);
-    /// Replaces the mask plane of a masked picture or a sprite in memory: the plane's bytes, one bit
-    /// a pixel, or a BMP image of its size. Anything else is refused.
+    /// Replaces the mask plane of a masked picture or a sprite in memory: the plane's bytes, one
+    /// bit a pixel, or a BMP image of its size. Anything else is refused.
     void SetMaskData(std::int32_t Chunk, const ByteArray& Data);
 
     /// The 256 colours of a palette chunk: red in the low byte, 6-bit values times 4. Where the

@@ -16,8 +16,7 @@ class GraphicsSave final : public SetSave {
 public:
     explicit GraphicsSave(clsVGAGraph& owner)
         : SetSave("clsVGAGraph.SaveVGAGraph",
-                  owner.self_->game ? owner.self_->game : SharedStore().game,
-                  owner.self_->saving),
+                  owner.self_->game ? owner.self_->game : SharedStore().game, owner.self_->saving),
           owner_(owner),
           self_(*owner.self_) {}
 
