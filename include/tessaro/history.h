@@ -59,7 +59,7 @@ class TESSARO_API clsHistory {
 public:
     /// `DataFolder` is where files of backups without a history belong; without it, the folder in
     /// which the backup folder lies. `Port` is the system's disks where none is given.
-    explicit clsHistory(std::string BackupFolder, std::string DataFolder = {},
+    explicit clsHistory(const std::string& BackupFolder, const std::string& DataFolder = {},
                         std::shared_ptr<Files> Port = nullptr);
     ~clsHistory();
     clsHistory(const clsHistory&) = delete;

@@ -38,7 +38,7 @@ void AppendToLog(std::string_view procedure, const Failure& failure) {
     std::string folder = SharedStore().appPath;
     if (folder.empty())  // a thread on which no clsVersion was created
         folder = DefaultAppPath();
-    DiskFiles()->Append(JoinPath(folder, "Error.log"),
+    DiskFiles()->Append(PathFromHost(JoinPath(folder, "Error.log")),
                         {reinterpret_cast<const std::uint8_t*>(entry.data()), entry.size()},
                         Flushed::No);
 }

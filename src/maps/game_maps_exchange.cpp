@@ -44,11 +44,11 @@ ExchangeSettings SettingsOf(const Self& self, bool exportNames = true) {
 
 /// Replaces a file, or makes it, complete or not at all.
 void PutFile(const Self& self, const std::string& path, ByteSpan content) {
-    ShowNotices(ReplaceOneFile(*self.GameOf().files, path, content));
+    ShowNotices(ReplaceOneFile(*self.GameOf().files, PathFromHost(path), content));
 }
 
 bool IsThere(const Self& self, const std::string& path) {
-    return self.GameOf().files->Kind(path).has_value();
+    return self.GameOf().files->Kind(PathFromHost(path)).has_value();
 }
 
 // --- export -------------------------------------------------------------------------------------
@@ -160,7 +160,7 @@ bool AgreesToOverwrite(const Self& self, const std::string& path) {
 // --- import -------------------------------------------------------------------------------------
 
 std::vector<ForeignMap> ReadMapFile(const Self& self, const std::string& fileName) {
-    return ReadForeignMaps(self.GameOf().files->Read(fileName),
+    return ReadForeignMaps(self.GameOf().files->Read(PathFromHost(fileName)),
                            modGlobal::FileNameFromPath(fileName, false), SettingsOf(self));
 }
 
@@ -208,7 +208,7 @@ bool clsGameMaps::ExportMap(std::int32_t MapNum, const std::string& FileName, bo
         ByteArray existing;
         const ExchangeFormat* kept = nullptr;
         if (IsThere(*self_, FileName)) {
-            existing = self_->GameOf().files->Read(FileName);
+            existing = self_->GameOf().files->Read(PathFromHost(FileName));
             kept = DetectMapFileType(existing, modGlobal::FileNameFromPath(FileName, false));
             if (kept)
                 FileType = kept->type;

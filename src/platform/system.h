@@ -15,6 +15,11 @@ std::string LibraryFolder();
 /// written, otherwise the user's folder for such things, made where it is not there.
 std::string DefaultAppPath();
 
+/// A path as hosts give it (in the ANSI code page on Windows) as a files port takes it, in UTF-8;
+/// and back.
+std::string PathFromHost(const std::string& path);
+std::string PathToHost(const std::string& path);
+
 /// The system's ANSI code page: from the system on Windows, from the locale elsewhere (1251 for a
 /// CP1251 locale, 65001 for UTF-8, 0 where it is none that the library knows).
 std::uint32_t ActiveCodePage();

@@ -2,6 +2,7 @@
 
 #include "foundation/guard.h"
 #include "foundation/names.h"
+#include "platform/system.h"
 #include "saving/backups.h"
 #include "saving/recovery.h"
 #include "saving/text_fields.h"
@@ -12,11 +13,11 @@ namespace {
 
 typSavedFile Told(const SavedFile& file, const std::string& backup, bool recorded) {
     typSavedFile told;
-    told.Path = file.path;
+    told.Path = PathToHost(file.path);
     told.Existed = file.before.has_value();
     told.Exists = file.after.has_value() || !recorded;
     if (file.before) {
-        told.Backup = backup;
+        told.Backup = PathToHost(backup);
         told.OldSize = static_cast<std::int64_t>(file.before->size);
         told.OldChecksum = recorded ? Hex16(file.before->checksum) : "";
     }
@@ -48,11 +49,11 @@ struct clsHistory::Self {
     }
 };
 
-clsHistory::clsHistory(std::string BackupFolder, std::string DataFolder,
+clsHistory::clsHistory(const std::string& BackupFolder, const std::string& DataFolder,
                        std::shared_ptr<Files> Port)
     : self_(std::make_unique<Self>()) {
-    self_->backupFolder = std::move(BackupFolder);
-    self_->dataFolder = std::move(DataFolder);
+    self_->backupFolder = PathFromHost(BackupFolder);
+    self_->dataFolder = PathFromHost(DataFolder);
     self_->files = Port ? std::move(Port) : DiskFiles();
 }
 

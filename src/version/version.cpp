@@ -181,11 +181,12 @@ clsVersion::clsVersion() {
 bool clsVersion::LoadDataPath(const std::string& DataPath) {
     return Guarded("clsVersion.LoadDataPath", [&] {
         const Store& store = SharedStore();
-        const std::shared_ptr<Game> known = KnownGame(store.files, DataPath);
+        const std::string folder = PathFromHost(DataPath);
+        const std::shared_ptr<Game> known = KnownGame(store.files, folder);
         if (known && known->saving > 0)
             throw Failure(kInvalidProcedureCall,
                           "This cannot be done while the set is being saved.");
-        Game next = Unfound(*store.game, store.files, DataPath);
+        Game next = Unfound(*store.game, store.files, folder);
         bool named = false;
         try {
             const std::string notice = FinishInterruptedSave(next);
@@ -204,7 +205,7 @@ bool clsVersion::LoadDataPath(const std::string& DataPath) {
 void clsVersion::LoadCompileVGADictFile(const std::string& NewFile) {
     Guarded("clsVersion.LoadCompileVGADictFile", [&] {
         Game& game = ConfiguredGame();
-        const ByteArray bytes = game.files->ReadAt(NewFile, 0, kDictionarySize);
+        const ByteArray bytes = game.files->ReadAt(PathFromHost(NewFile), 0, kDictionarySize);
         if (bytes.size() < kDictionarySize)
             throw Failure(kInputPastEnd);
         game.compileDictionary = ReadDictionary(bytes);
@@ -236,67 +237,67 @@ bool clsVersion::CanAddOrRemoveChunks() const {
 }
 
 std::string clsVersion::AudioHeaderFile() const {
-    return ConfiguredGame().audioHeaderFile;
+    return PathToHost(ConfiguredGame().audioHeaderFile);
 }
 void clsVersion::AudioHeaderFile(const std::string& v) {
-    ConfiguredGame().audioHeaderFile = v;
+    ConfiguredGame().audioHeaderFile = PathFromHost(v);
 }
 std::string clsVersion::AudioDictFile() const {
-    return ConfiguredGame().audioDictFile;
+    return PathToHost(ConfiguredGame().audioDictFile);
 }
 void clsVersion::AudioDictFile(const std::string& v) {
-    ConfiguredGame().audioDictFile = v;
+    ConfiguredGame().audioDictFile = PathFromHost(v);
 }
 std::string clsVersion::AudioDataFile() const {
-    return ConfiguredGame().audioDataFile;
+    return PathToHost(ConfiguredGame().audioDataFile);
 }
 void clsVersion::AudioDataFile(const std::string& v) {
-    ConfiguredGame().audioDataFile = v;
+    ConfiguredGame().audioDataFile = PathFromHost(v);
 }
 std::string clsVersion::ConfigFile() const {
     return ConfiguredGame().configFile;
 }
 std::string clsVersion::GameMapsFile() const {
-    return ConfiguredGame().gameMapsFile;
+    return PathToHost(ConfiguredGame().gameMapsFile);
 }
 void clsVersion::GameMapsFile(const std::string& v) {
-    ConfiguredGame().gameMapsFile = v;
+    ConfiguredGame().gameMapsFile = PathFromHost(v);
 }
 std::string clsVersion::MapHeaderFile() const {
-    return ConfiguredGame().mapHeaderFile;
+    return PathToHost(ConfiguredGame().mapHeaderFile);
 }
 void clsVersion::MapHeaderFile(const std::string& v) {
-    ConfiguredGame().mapHeaderFile = v;
+    ConfiguredGame().mapHeaderFile = PathFromHost(v);
 }
 std::string clsVersion::VGADictFile() const {
-    return ConfiguredGame().vgaDictFile;
+    return PathToHost(ConfiguredGame().vgaDictFile);
 }
 void clsVersion::VGADictFile(const std::string& v) {
-    ConfiguredGame().vgaDictFile = v;
+    ConfiguredGame().vgaDictFile = PathFromHost(v);
 }
 std::string clsVersion::VGAGraphFile() const {
-    return ConfiguredGame().vgaGraphFile;
+    return PathToHost(ConfiguredGame().vgaGraphFile);
 }
 void clsVersion::VGAGraphFile(const std::string& v) {
-    ConfiguredGame().vgaGraphFile = v;
+    ConfiguredGame().vgaGraphFile = PathFromHost(v);
 }
 std::string clsVersion::VGAHeaderFile() const {
-    return ConfiguredGame().vgaHeaderFile;
+    return PathToHost(ConfiguredGame().vgaHeaderFile);
 }
 void clsVersion::VGAHeaderFile(const std::string& v) {
-    ConfiguredGame().vgaHeaderFile = v;
+    ConfiguredGame().vgaHeaderFile = PathFromHost(v);
 }
 std::string clsVersion::VSwapFile() const {
-    return ConfiguredGame().vswapFile;
+    return PathToHost(ConfiguredGame().vswapFile);
 }
 void clsVersion::VSwapFile(const std::string& v) {
-    ConfiguredGame().vswapFile = v;
+    ConfiguredGame().vswapFile = PathFromHost(v);
 }
 std::string clsVersion::AudioMusFile() const {
-    return ConfiguredGame().audioMusFile;
+    return PathToHost(ConfiguredGame().audioMusFile);
 }
 void clsVersion::AudioMusFile(const std::string& v) {
-    ConfiguredGame().audioMusFile = v;
+    ConfiguredGame().audioMusFile = PathFromHost(v);
 }
 bool clsVersion::MapsAreVersion10() const {
     return ConfiguredGame().mapsAreVersion10;
@@ -323,16 +324,16 @@ std::string clsVersion::Extension() const {
     return ConfiguredGame().extension;
 }
 std::string clsVersion::BackupFolder() const {
-    return ConfiguredGame().backupFolder;
+    return PathToHost(ConfiguredGame().backupFolder);
 }
 void clsVersion::BackupFolder(const std::string& v) {
-    ConfiguredGame().backupFolder = v;
+    ConfiguredGame().backupFolder = PathFromHost(v);
 }
 std::string clsVersion::OutputFolder() const {
-    return ConfiguredGame().outputFolder;
+    return PathToHost(ConfiguredGame().outputFolder);
 }
 void clsVersion::OutputFolder(const std::string& v) {
-    ConfiguredGame().outputFolder = v;
+    ConfiguredGame().outputFolder = PathFromHost(v);
 }
 
 }  // namespace tessaro

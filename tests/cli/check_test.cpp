@@ -57,7 +57,7 @@ struct MapCase {
     CellSet set = CellSet::Wolf;
 };
 
-const MapCase kCases[] = {
+const MapCase kCheckCases[] = {
     {"map-edge-open", {{0, 0, 10, 108, 10}}, {{0, 1, 10, 108, 9}}},
     {"meaningless-value", {{1, 15, 15, 72, 2}}, {{1, 15, 15, 70, 2}}},
     {"meaningless-value", {{1, 15, 15, 214}}, {{1, 15, 15, 72}}, 1, CellSet::Spear},
@@ -103,13 +103,13 @@ const MapCase kCases[] = {
 
 TEST(Check, RulesOfMaps) {
     EXPECT_EQ(RulesOf(Game()), std::vector<std::string>());
-    for (const MapCase& row : kCases) {
+    for (const MapCase& row : kCheckCases) {
         SCOPED_TRACE(row.rule);
         for (const Edits* edits : {&row.has, &row.hasNot}) {
             const auto rules = RulesOf(Game(*edits, row.set));
             EXPECT_EQ(std::count(rules.begin(), rules.end(), row.rule),
                       edits == &row.has ? row.findings : 0)
-                << "map " << &row - kCases << testing::PrintToString(rules);
+                << "map " << &row - kCheckCases << testing::PrintToString(rules);
         }
     }
 }
@@ -161,7 +161,7 @@ TEST(Check, RulesOfItems) {
             GameView game = Game({{1, 15, 15, 24}});
             game.hasPages = true;
             game.walls.resize(42 + 8);  // pictures of the walls 1 to 21, then of the doors
-            for (const std::size_t used : {0, 1, 40, 41})
+            for (const auto used : std::initializer_list<std::size_t>{0, 1, 40, 41})
                 game.walls[used].pixels = {1};
             for (std::uint8_t i = 0; i < 7; ++i)
                 game.sprites.push_back({{i}, 10});

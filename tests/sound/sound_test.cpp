@@ -119,7 +119,7 @@ TEST(Sound, ComesOutAlikeHoweverItIsPulled) {
                                       {SoundKind::AdLib, effect},
                                       {SoundKind::Speaker, SpeakerTone(3, 140)}}) {
         const Samples16 whole = RenderSound(kind, chunk, options);
-        for (const std::size_t block : {1000, 44100, 17}) {
+        for (const std::size_t block : {std::size_t{1000}, std::size_t{44100}, std::size_t{17}}) {
             SoundStream stream(kind, chunk, options);
             EXPECT_EQ(Read(stream, block), whole);
             EXPECT_EQ(stream.Position(), static_cast<std::int64_t>(whole.size()));

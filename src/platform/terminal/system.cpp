@@ -121,6 +121,13 @@ std::string DefaultAppPath() {
     return folder;
 }
 
+std::string PathFromHost(const std::string& path) {
+    return path;
+}
+std::string PathToHost(const std::string& path) {
+    return path;
+}
+
 std::uint32_t ActiveCodePage() {
     const std::string codeSet = UpperCase(LocaleCodeSet());
     if (codeSet == "CP1251" || codeSet == "WINDOWS-1251")

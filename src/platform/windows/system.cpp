@@ -1,4 +1,6 @@
 #include "platform/system.h"
+#include "platform/windows/text.h"
+#include "platform/windows/wide.h"
 
 #include <windows.h>
 
@@ -38,6 +40,17 @@ std::string DefaultAppPath() {
     CreateDirectoryA(local.c_str(),
                      nullptr);  // that it cannot be made shows when the log is written
     return local;
+}
+
+std::string PathFromHost(const std::string& path) {
+    return Utf8(ToWide(path));
+}
+std::string PathToHost(const std::string& path) {
+    const int length = static_cast<int>(path.size());
+    std::wstring wide(path.size(), L'\0');
+    wide.resize(static_cast<std::size_t>(
+        MultiByteToWideChar(CP_UTF8, 0, path.data(), length, wide.data(), length)));
+    return FromWide(wide);
 }
 
 std::uint32_t ActiveCodePage() {
