@@ -11,6 +11,7 @@
 
 #include "foundation/store.h"
 #include "maps/game_maps_self.h"
+#include "maps/rlew.h"
 #include "real_game.h"
 
 namespace tessaro {

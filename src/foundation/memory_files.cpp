@@ -57,7 +57,7 @@ ByteArray MemoryFiles::Read(const std::string& path) const {
 ByteArray MemoryFiles::ReadAt(const std::string& path, std::uint64_t offset,
                               std::size_t size) const {
     const ByteSpan bytes = self_->At(path).bytes;
-    const std::size_t from = std::min<std::uint64_t>(offset, bytes.size());
+    const auto from = static_cast<std::size_t>(std::min<std::uint64_t>(offset, bytes.size()));
     const ByteSpan part = bytes.subspan(from, std::min(size, bytes.size() - from));
     return {part.begin(), part.end()};
 }

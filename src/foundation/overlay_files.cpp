@@ -33,7 +33,8 @@ ByteArray OverlayFiles::Read(const std::string& path) const {
 ByteArray OverlayFiles::ReadAt(const std::string& path, std::uint64_t offset,
                                std::size_t size) const {
     if (const Laid* laid = Find(path)) {
-        const std::size_t from = std::min<std::uint64_t>(offset, laid->bytes.size());
+        const auto from =
+            static_cast<std::size_t>(std::min<std::uint64_t>(offset, laid->bytes.size()));
         const ByteSpan part = laid->bytes.subspan(from, std::min(size, laid->bytes.size() - from));
         return {part.begin(), part.end()};
     }

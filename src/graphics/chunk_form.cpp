@@ -1,6 +1,7 @@
 #include "graphics/chunk_form.h"
 
 #include <algorithm>
+#include <array>
 
 #include "huffman/huffman.h"
 
@@ -62,7 +63,8 @@ bool LiesBehindSprites(const GraphicsCatalog& catalog, std::int32_t chunk) {
 
 /// Behind a stream that fits there is its empty last byte, "!ID!", both or nothing.
 bool Fits(const std::optional<std::size_t>& bytesLeft) {
-    return bytesLeft == 0 || bytesLeft == 1 || bytesLeft == 4 || bytesLeft == 5;
+    constexpr std::array<std::size_t, 4> kFitting{0, 1, 4, 5};
+    return bytesLeft && std::ranges::find(kFitting, *bytesLeft) != kFitting.end();
 }
 
 /// The first bytes of the tiles may look like a length. Then what is behind them does not fit that

@@ -23,7 +23,7 @@ std::string ContainerOf(const std::string& name) {
          {"VGA", "graphics"},
          {"EGA", "graphics"},
          {"AUDIO", "audio"}}};
-    const std::string upper = UpperCase(name);
+    std::string upper = UpperCase(name);
     for (const auto& [start, container] : kContainers) {
         if (upper.starts_with(start))
             return std::string(container) + upper.substr(std::min(upper.find('.'), upper.size()));

@@ -148,7 +148,7 @@ std::shared_ptr<Game> KnownGame(const std::shared_ptr<Files>& files, const std::
     Store& store = SharedStore();
     std::erase_if(store.games, [](const auto& game) { return game.expired(); });
     for (const auto& weak : store.games) {
-        const std::shared_ptr<Game> game = weak.lock();
+        std::shared_ptr<Game> game = weak.lock();
         if (game->files == files && !game->dataPath.empty() &&
             SameFolder(*files, game->dataPath, dataPath))
             return game;
